@@ -1,0 +1,17 @@
+#pragma once
+
+// Resource and command identifiers of the whole program, in one place. Kept to plain #defines so that
+// the resource compiler reads this header too. Each subsystem owns a range.
+
+// Icons (app).
+#define IDI_TESSALINE 1
+#define IDI_PAUSED 2
+
+// Version record.
+#define VS_VERSION_INFO_ID 1
+
+// changer: 1000-1999
+// manager: 2000-2999
+// tracker: 3000-3999
+// hotkey: 4000-4999
+// display: 5000-5999 (the resolution submenu's items start at 5100)

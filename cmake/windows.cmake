@@ -1,0 +1,45 @@
+# Windows build (mingw-w64): tessaline.exe, the Win32 glue library, the Wine-run tests and benchmarks.
+enable_language(RC)
+set(TL_WIN_LIBS comctl32 shell32 ole32 oleaut32 uuid windowscodecs shlwapi gdi32 user32 advapi32 version comdlg32)
+set(TL_STATIC -static -static-libgcc -static-libstdc++)
+add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601 STRICT)
+target_link_options(tessaline_core PUBLIC ${TL_STATIC})
+
+list(FILTER TL_WIN EXCLUDE REGEX "/app/main_win\\.cpp$")
+add_library(tessaline_win STATIC ${TL_WIN})
+target_link_libraries(tessaline_win PUBLIC tessaline_core ${TL_WIN_LIBS})
+target_compile_options(tessaline_win PRIVATE ${TL_WARNINGS})
+
+set(TL_RC ${CMAKE_SOURCE_DIR}/app/tessaline.rc)
+set_source_files_properties(${TL_RC} PROPERTIES
+    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/app/tessaline.manifest")
+
+add_executable(tessaline WIN32 app/main_win.cpp ${TL_RC})
+target_link_libraries(tessaline PRIVATE tessaline_win)
+target_compile_options(tessaline PRIVATE ${TL_WARNINGS})
+target_link_options(tessaline PRIVATE -mwindows ${TL_STATIC})
+set_target_properties(tessaline PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+
+# GoogleTest from Debian's sources, cross-compiled.
+set(gtest_force_shared_crt OFF CACHE BOOL "" FORCE)
+set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
+add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+
+file(GLOB_RECURSE TL_WIN_TESTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/win/*.cpp")
+add_executable(win_tests ${TL_WIN_TESTS} ${TL_RC})
+target_include_directories(win_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/win)
+target_link_libraries(win_tests PRIVATE tessaline_win gtest gmock gtest_main)
+target_compile_options(win_tests PRIVATE ${TL_WARNINGS} -Wno-sign-conversion)
+target_link_options(win_tests PRIVATE ${TL_STATIC})
+set_target_properties(win_tests PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+
+file(GLOB TL_WIN_BENCHES CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/bench/*_win.cpp")
+foreach(src IN LISTS TL_WIN_BENCHES)
+    get_filename_component(name ${src} NAME_WE)
+    add_executable(${name} ${src})
+    target_link_libraries(${name} PRIVATE tessaline_win)
+    target_compile_options(${name} PRIVATE ${TL_WARNINGS})
+    target_link_options(${name} PRIVATE ${TL_STATIC})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+endforeach()

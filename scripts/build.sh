@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# Builds both trees: build/native (portable core and its unit tests, with sanitizers) and
+# build/windows (tessaline.exe and the Wine-run tests).
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+cd "$root"
+
+if [ ! -f build/native/build.ninja ]; then
+    cmake -S . -B build/native -G Ninja
+fi
+cmake --build build/native
+
+if [ ! -f build/windows/build.ninja ]; then
+    cmake -S . -B build/windows -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake
+fi
+cmake --build build/windows

@@ -1,0 +1,213 @@
+#include "app/settings.h"
+
+#include <gtest/gtest.h>
+
+#include "app/app_state.h"
+#include "app/command_line.h"
+#include "app/ini_profile.h"
+#include "app/startup.h"
+#include "base/file_system_posix.h"
+#include "support/fake_ui.h"
+#include "support/temp_dir.h"
+
+namespace tl {
+namespace {
+
+class SettingsFile : public testing::Test {
+protected:
+    SettingsFile() : profile(fs, dir.file("setup.pref")) { app.programDir = dir.path(); }
+
+    std::vector<std::string> fileLines() {
+        std::vector<std::string> lines;
+        std::string text = dir.read("setup.pref"), line;
+        for (char c : text) {
+            if (c == '\n') {
+                lines.push_back(line);
+                line.clear();
+            } else if (c != '\r') {
+                line += c;
+            }
+        }
+        return lines;
+    }
+
+    void load() { loadSettings(app, profile, fs, ui, '.'); }
+
+    test::TempDir dir;
+    PosixFileSystem fs;
+    IniProfile profile;
+    test::FakeUi ui;
+    AppState app;
+};
+
+TEST_F(SettingsFile, FirstRunWritesEveryKeyInOrderWithItsDefault) {
+    load();
+    const std::string d = dir.path();
+    const std::vector<std::string> expected = {
+        "[Tessaline]",
+        "AutomaticShutdown=False",
+        "OutputPath=" + d + "\\tl_current.bmp",
+        "DefaultOrientation=0",
+        "Delay=1",
+        "LastList=" + d + "\\MyWallpapers.wall",
+        "Mode=1",
+        "PreviewLeft=0",
+        "PreviewTop=0",
+        "PreviewMode=0",
+        "MainMode=0",
+        "AutomaticShowOnDesktop=True",
+        "AutoSortFolder=True",
+        "DefaultAddOrientation=0",
+        "CheckForDuplicates=True",
+        "RatioTolerance=0.25",
+        "HalfRatio=1.5",
+        "UseActiveDesktop=False",
+        "SmartSwitch=False",
+        "IconTextColour=0",
+        "TransText=False",
+        "ScreenSaver=-1",
+        "WallpaperDirectory=" + d + "\\",
+        "TrapIEWallpaper=True",
+        "UseTracker=True",
+        "HotKey=83",
+        "HotKeyMod=3",
+        "HideDesktopIcons=False",
+    };
+    EXPECT_EQ(fileLines(), expected);
+    EXPECT_EQ(app.listPath, d + "\\MyWallpapers.wall");
+    EXPECT_TRUE(ui.messages.empty());
+}
+
+TEST_F(SettingsFile, DefaultsLeaveTheUnsetFieldsAlone) {
+    app.settings.PreviewMode = 2;
+    app.settings.SmartSwitch = true;
+    app.settings.IconTextColour = 255;
+    app.paused = true;
+    applyDefaultSettings(app);
+    EXPECT_EQ(app.settings.PreviewMode, 2);
+    EXPECT_TRUE(app.settings.SmartSwitch);
+    EXPECT_EQ(app.settings.IconTextColour, 255);
+    EXPECT_FALSE(app.paused);
+}
+
+TEST_F(SettingsFile, ValuesRoundTrip) {
+    applyDefaultSettings(app);
+    app.settings.Delay = 32000;
+    app.settings.RatioTolerance = 0.125;
+    app.settings.IconTextColour = -16777216;
+    app.settings.OutputPath = "D:\\out put\\w.bmp";
+    app.settings.SmartSwitch = true;
+    saveSettings(app, profile, ui, '.');
+    AppState again;
+    again.programDir = dir.path();
+    loadSettings(again, profile, fs, ui, '.');
+    for (const SettingKey& key : kSettingKeys) {
+        EXPECT_EQ(settingText(again.settings, key, '.'), settingText(app.settings, key, '.')) << key.name;
+    }
+}
+
+struct ValueCase {
+    const char* line;
+    const char* key;
+    const char* expectedText;  // the field as saveSettings would write it
+};
+
+class ReadingValues : public SettingsFile, public testing::WithParamInterface<ValueCase> {};
+
+TEST_P(ReadingValues, ConvertsTextToTheKeysType) {
+    dir.write("setup.pref", std::string("[Tessaline]\r\n") + GetParam().line + "\r\n");
+    load();
+    for (const SettingKey& key : kSettingKeys) {
+        if (std::string(key.name) == GetParam().key) {
+            EXPECT_EQ(settingText(app.settings, key, '.'), GetParam().expectedText) << GetParam().line;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, ReadingValues,
+                         testing::Values(ValueCase{"Delay=2.5", "Delay", "2"}, ValueCase{"Delay=3.5", "Delay", "4"},
+                                         ValueCase{"Delay= 7 ", "Delay", "7"}, ValueCase{"Delay=-1", "Delay", "-1"},
+                                         ValueCase{"smartswitch=TRUE", "SmartSwitch", "True"},
+                                         ValueCase{"SmartSwitch=1", "SmartSwitch", "True"},
+                                         ValueCase{"SmartSwitch=0", "SmartSwitch", "False"},
+                                         ValueCase{"HotKey=2147483647", "HotKey", "2147483647"},
+                                         ValueCase{"HalfRatio=2", "HalfRatio", "2"},
+                                         ValueCase{"OutputPath=x", "OutputPath", "x"},
+                                         // A missing key reads as "0".
+                                         ValueCase{"Mode=2", "Delay", "0"}, ValueCase{"Mode=2", "OutputPath", "0"},
+                                         ValueCase{"Mode=2", "LastList", "0"},
+                                         ValueCase{"Mode=2", "UseTracker", "False"}));
+
+TEST_F(SettingsFile, LongTextIsCutTo199Characters) {
+    dir.write("setup.pref", "[Tessaline]\r\nOutputPath=" + std::string(300, 'x') + "\r\n");
+    load();
+    EXPECT_EQ(app.settings.OutputPath, std::string(199, 'x'));
+}
+
+class BadValues : public SettingsFile, public testing::WithParamInterface<const char*> {};
+
+TEST_P(BadValues, StopTheStartNamingKeyValueAndFileWithoutWriting) {
+    const std::string original = std::string("[Tessaline]\r\nMode=2\r\n") + GetParam() + "\r\n";
+    dir.write("setup.pref", original);
+    try {
+        load();
+        FAIL() << "expected a SettingsError for " << GetParam();
+    } catch (const SettingsError& e) {
+        const std::string line = GetParam();
+        EXPECT_EQ(e.key, line.substr(0, line.find('=')));
+        EXPECT_EQ(e.value, line.substr(line.find('=') + 1));
+        EXPECT_NE(e.userMessage().find(e.key), std::string::npos);
+        EXPECT_NE(e.userMessage().find("\"" + e.value + "\""), std::string::npos);
+        EXPECT_NE(e.userMessage().find(dir.path() + "\\setup.pref"), std::string::npos);
+    }
+    EXPECT_EQ(dir.read("setup.pref"), original);
+    EXPECT_EQ(app.settings.Delay, 0) << "nothing is half-read";
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, BadValues,
+                         testing::Values("SmartSwitch=yes", "Delay=abc", "Delay=40000", "HotKeyMod=", "PreviewTop=1.2.3",
+                                         "HotKey=99999999999", "RatioTolerance=x"));
+
+TEST_F(SettingsFile, FailedWriteIsReportedOnceAndTheFileKept) {
+    load();
+    const std::string before = dir.read("setup.pref");
+    ASSERT_EQ(::chmod(dir.file("setup.pref").c_str(), 0444), 0);
+    app.settings.Delay = 9;
+    saveSettings(app, profile, ui, '.');
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_EQ(ui.messages[0].text,
+              "Couldn't write to the setup file (" + dir.path() +
+                  "\\setup.pref). Please check the permissions of the file.");
+    EXPECT_EQ(ui.messages[0].title, "Error");
+    EXPECT_EQ(ui.messages[0].style, 0u);
+    EXPECT_EQ(dir.read("setup.pref"), before);
+    EXPECT_FALSE(dir.exists("setup.pref.new")) << "the working copy is cleaned up";
+}
+
+TEST_F(SettingsFile, AFolderNamedLikeTheFileIsNoSettingsFile) {
+    // Only a normal file is a settings file; the defaults are applied, and writing them fails.
+    ASSERT_EQ(::mkdir(dir.file("setup.pref").c_str(), 0755), 0);
+    load();
+    EXPECT_EQ(app.settings.Delay, 1);
+    EXPECT_EQ(ui.messages.size(), 1u);
+}
+
+TEST_F(SettingsFile, UnknownKeysAndOtherSectionsSurviveASave) {
+    dir.write("setup.pref", "[Other]\r\nA=1\r\n\r\n[Tessaline]\r\nDelay=5\r\nExtra=keep\r\n");
+    load();
+    saveSettings(app, profile, ui, '.');
+    const std::string text = dir.read("setup.pref");
+    EXPECT_NE(text.find("[Other]\r\nA=1\r\n"), std::string::npos);
+    EXPECT_NE(text.find("Extra=keep"), std::string::npos);
+    EXPECT_NE(text.find("Delay=5"), std::string::npos);
+}
+
+TEST_F(SettingsFile, StartUpReadsSettingsThenTheCommandLine) {
+    dir.write("setup.pref", "[Tessaline]\r\nLastList=C:\\old.wall\r\n");
+    EXPECT_EQ(startUp(app, "/auto C:\\new.wall", profile, fs, ui, '.'), HandOver::MainForm);
+    EXPECT_EQ(app.listPath, "C:\\new.wall");
+    EXPECT_EQ(app.startMode, "auto");
+}
+
+}  // namespace
+}  // namespace tl
