@@ -10,7 +10,7 @@ namespace tl {
 //
 // Moving the selection from code never raises a click: the caller decides what a move means.
 class ListBoxView {
-public:
+  public:
     virtual ~ListBoxView() = default;
 
     virtual int count() const = 0;
@@ -19,7 +19,11 @@ public:
     virtual void add(std::string_view text) = 0;
     virtual void remove(int index) = 0;
 
-    // The current line (ListIndex): -1 for none.
+    // The current line (ListIndex): -1 for none. In a single-selection box it is the selected line. In
+    // a multiple-selection box it is the line with the focus (the caret) while any line is selected, and
+    // -1 while none is: setListIndex(i) moves the caret to i and selects line i (other lines keep their
+    // selection), setListIndex(-1) clears the selection. Removing lines leaves the caret's number as it
+    // was (pulled back onto the last line), as the Win32 list box does.
     virtual int listIndex() const = 0;
     virtual void setListIndex(int index) = 0;
 

@@ -53,14 +53,18 @@ struct ListFileContents {
 enum class ListReader { Changer, Manager };
 
 // Reads a ".wall" or ".txt" list. A missing or unreadable file gives an empty list and no folders.
-ListFileContents readListFile(FileSystem& fs, const std::string& path, ListReader reader,
+ListFileContents readListFile(FileSystem& fs,
+                              const std::string& path,
+                              ListReader reader,
                               Orientation defaultAddOrientation);
 // The same grammar on text already in memory.
 ListFileContents parseListText(std::string_view text, ListReader reader, Orientation defaultAddOrientation);
 
 // Writes images (path TAB code) then folders ("#" folder), CR LF lines. A list without images leaves
 // the file untouched, and the file is replaced whole or not at all. Failures are not reported.
-void writeListFile(FileSystem& fs, const WallpaperEntries& entries, const std::string& path,
+void writeListFile(FileSystem& fs,
+                   const WallpaperEntries& entries,
+                   const std::string& path,
                    const TrackedFolders& trackedFolders);
 // The text writeListFile would write.
 std::string listFileText(const WallpaperEntries& entries, const TrackedFolders& trackedFolders);
