@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "../../unit/support/fake_ui.h"
 #include "app/resource_ids.h"
 #include "base/ui.h"
 #include "base/unique_handle_win.h"
@@ -9,16 +10,6 @@
 namespace tl::wintest {
 namespace {
 
-class RecordingUi : public Ui {
-  public:
-    int messageBox(std::string_view text, std::string_view title, unsigned) override {
-        messages.push_back(std::string(title) + ": " + std::string(text));
-        return kIdNo;
-    }
-    void beep() override {}
-    std::vector<std::string> messages;
-};
-
 std::string menuText(HMENU menu, int position) {
     char buf[64] = {};
     ::GetMenuStringA(menu, static_cast<UINT>(position), buf, sizeof buf, MF_BYPOSITION);
@@ -27,7 +18,7 @@ std::string menuText(HMENU menu, int position) {
 
 TEST(DisplayModes, TheClassEnumeratesTheModesWineOffers) {
     Win32DisplayPlatform platform;
-    RecordingUi ui;
+    test::FakeUi ui;
     clsScrRes res(platform, ui);
     ASSERT_GT(res.AvailableDisplayModes(), 0);
     std::vector<DisplayMode> modes = res.displayModes();
@@ -52,7 +43,7 @@ TEST(DisplayModes, TheClassEnumeratesTheModesWineOffers) {
 
 TEST(DisplayModes, TheSubmenuListsTheModesAndMarksTheCurrentOne) {
     Win32DisplayPlatform platform;
-    RecordingUi ui;
+    test::FakeUi ui;
     ResolutionMenu menu(platform, ui);
     menu.build();
     ASSERT_FALSE(menu.items().empty());
@@ -97,7 +88,7 @@ TEST(DisplayModes, TheSubmenuListsTheModesAndMarksTheCurrentOne) {
 
 TEST(DisplayModes, ChoosingASeparatorOrTheCurrentModeLeavesTheDisplayAsItWas) {
     Win32DisplayPlatform platform;
-    RecordingUi ui;
+    test::FakeUi ui;
     ResolutionMenu menu(platform, ui);
     menu.build();
     ASSERT_TRUE(menu.items()[0].isSeparator());
@@ -114,7 +105,7 @@ TEST(DisplayModes, ChoosingASeparatorOrTheCurrentModeLeavesTheDisplayAsItWas) {
             EXPECT_TRUE(menu.onCommand(static_cast<UINT>(IDM_RESOLUTION_FIRST + k)));
         }
     }
-    EXPECT_TRUE(ui.messages.empty()) << (ui.messages.empty() ? "" : ui.messages[0]);
+    EXPECT_TRUE(ui.messages.empty()) << (ui.messages.empty() ? "" : ui.messages[0].text);
     EXPECT_EQ(::GetSystemMetrics(SM_CXSCREEN), width);
     EXPECT_EQ(::GetSystemMetrics(SM_CYSCREEN), height);
 }
