@@ -1,7 +1,5 @@
 #include "changer/preview_window_win.h"
 
-#include <wincodec.h>
-
 #include <memory>
 #include <optional>
 
@@ -10,65 +8,13 @@
 #include "base/unique_handle_win.h"
 #include "base/window_win.h"
 #include "changer/preview_layout.h"
+#include "lists/picture_win.h"
 
 namespace tl {
 
 namespace {
 
 constexpr const char* kPreviewClass = "TessalinePreview";
-
-struct LoadedPicture {
-    unique_hbitmap bitmap;
-    int width = 0;
-    int height = 0;
-};
-
-// Decodes a picture file (BMP, JPEG, GIF, PNG: whatever WIC reads) into a 32-bit DIB section. An empty
-// bitmap when the file can't be read.
-LoadedPicture loadPreviewPicture(const std::string& path) {
-    LoadedPicture picture;
-    scoped_com_init com;
-    const int wideLength = ::MultiByteToWideChar(CP_ACP, 0, path.c_str(), -1, nullptr, 0);
-    if (wideLength <= 0) {
-        return picture;
-    }
-    std::wstring widePath(static_cast<size_t>(wideLength), L'\0');
-    ::MultiByteToWideChar(CP_ACP, 0, path.c_str(), -1, widePath.data(), wideLength);
-
-    com_ptr<IWICImagingFactory> factory;
-    com_ptr<IWICBitmapDecoder> decoder;
-    com_ptr<IWICBitmapFrameDecode> frame;
-    com_ptr<IWICFormatConverter> converter;
-    UINT width = 0;
-    UINT height = 0;
-    if (FAILED(::CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
-                                  factory.put_void())) ||
-        FAILED(factory->CreateDecoderFromFilename(widePath.c_str(), nullptr, GENERIC_READ,
-                                                  WICDecodeMetadataCacheOnDemand, decoder.put())) ||
-        FAILED(decoder->GetFrame(0, frame.put())) || FAILED(factory->CreateFormatConverter(converter.put())) ||
-        FAILED(converter->Initialize(frame.get(), GUID_WICPixelFormat32bppBGR, WICBitmapDitherTypeNone, nullptr, 0.0,
-                                     WICBitmapPaletteTypeCustom)) ||
-        FAILED(converter->GetSize(&width, &height)) || width == 0 || height == 0 || width > 32767 || height > 32767) {
-        return picture;
-    }
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = static_cast<LONG>(width);
-    info.bmiHeader.biHeight = -static_cast<LONG>(height);  // top-down, as WIC hands the rows over
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    info.bmiHeader.biCompression = BI_RGB;
-    void* bits = nullptr;
-    unique_hbitmap bitmap(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-    const UINT stride = width * 4;
-    if (!bitmap || !bits || FAILED(converter->CopyPixels(nullptr, stride, stride * height, static_cast<BYTE*>(bits)))) {
-        return picture;
-    }
-    picture.bitmap = std::move(bitmap);
-    picture.width = static_cast<int>(width);
-    picture.height = static_cast<int>(height);
-    return picture;
-}
 
 class PreviewWindow : public Window {
   public:
@@ -85,10 +31,12 @@ class PreviewWindow : public Window {
         ::SetForegroundWindow(hwnd());
         ::UpdateWindow(hwnd());
 
-        picture_ = loadPreviewPicture(tag_);
+        if (auto loaded = loadPicture(tag_)) {
+            picture_ = std::move(*loaded);
+        }
         // Until a mode says otherwise the picture sits at the top left in its own size.
-        layout_ = PreviewLayout{false, 0, 0, picture_.width, picture_.height, std::nullopt};
-        if (picture_.bitmap) {
+        layout_ = PreviewLayout{false, 0, 0, picture_.width(), picture_.height(), std::nullopt};
+        if (picture_) {
             layOut();
         }
         ::ShowWindow(label_, SW_HIDE);
@@ -160,7 +108,7 @@ class PreviewWindow : public Window {
         // What the window adds around its inner area, measured on the window itself: caption, borders and
         // the frame width of the user's theme and DPI, where the old fixed allowances guessed.
         const PixelSize frame{(outer.right - outer.left) - client.right, (outer.bottom - outer.top) - client.bottom};
-        if (auto layout = layoutPreview(settings_->PreviewMode, {picture_.width, picture_.height}, inner, frame)) {
+        if (auto layout = layoutPreview(settings_->PreviewMode, {picture_.width(), picture_.height()}, inner, frame)) {
             layout_ = *layout;
             if (layout_.windowSize && !::IsZoomed(hwnd()) && !::IsIconic(hwnd())) {
                 ::SetWindowPos(hwnd(), nullptr, 0, 0, layout_.windowSize->width, layout_.windowSize->height,
@@ -172,7 +120,7 @@ class PreviewWindow : public Window {
     }
 
     void onResize() {
-        if (!busy_ && modeInUse_ == kPreviewStretched && picture_.bitmap) {
+        if (!busy_ && modeInUse_ == kPreviewStretched && picture_) {
             layOut();
         }
     }
@@ -184,7 +132,7 @@ class PreviewWindow : public Window {
     bool onPicture(LPARAM lParam) const {
         const POINT p{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
         const RECT r = pictureRect();
-        return picture_.bitmap && ::PtInRect(&r, p);
+        return picture_ && ::PtInRect(&r, p);
     }
 
     void onButtonDown(LPARAM lParam) {
@@ -210,17 +158,17 @@ class PreviewWindow : public Window {
     void onPaint() {
         PAINTSTRUCT ps;
         HDC dc = ::BeginPaint(hwnd(), &ps);
-        if (picture_.bitmap && !::IsWindowVisible(label_)) {
+        if (picture_ && !::IsWindowVisible(label_)) {
             unique_hdc memory(::CreateCompatibleDC(dc));
-            scoped_select_object select(memory.get(), picture_.bitmap.get());
+            scoped_select_object select(memory.get(), picture_.bitmap());
             const RECT r = pictureRect();
             if (layout_.stretch) {
                 ::SetStretchBltMode(dc, HALFTONE);
                 ::SetBrushOrgEx(dc, 0, 0, nullptr);
-                ::StretchBlt(dc, r.left, r.top, layout_.width, layout_.height, memory.get(), 0, 0, picture_.width,
-                             picture_.height, SRCCOPY);
+                ::StretchBlt(dc, r.left, r.top, layout_.width, layout_.height, memory.get(), 0, 0, picture_.width(),
+                             picture_.height(), SRCCOPY);
             } else {
-                ::BitBlt(dc, r.left, r.top, picture_.width, picture_.height, memory.get(), 0, 0, SRCCOPY);
+                ::BitBlt(dc, r.left, r.top, picture_.width(), picture_.height(), memory.get(), 0, 0, SRCCOPY);
             }
             ::ExcludeClipRect(dc, r.left, r.top, r.right, r.bottom);
         }
@@ -250,7 +198,7 @@ class PreviewWindow : public Window {
 
     Settings* settings_ = nullptr;
     std::string tag_;
-    LoadedPicture picture_;
+    Picture picture_;
     PreviewLayout layout_;
     int16_t modeInUse_ = kPreviewNatural;
     bool busy_ = false;
