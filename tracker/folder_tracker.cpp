@@ -24,7 +24,7 @@ bool isTrackedEvent(uint32_t event) {
 }
 
 FolderTracker::FolderTracker(ListBoxView& list1, TrackerHost& host, FileSystem& fs, Ui& ui)
-    : list1_(list1), host_(host), fs_(fs), ui_(ui) {}
+    : list1_(list1), host_(&host), fs_(fs), ui_(ui) {}
 
 void FolderTracker::LoadList(const TrackedFolders& list) {
     for (size_t i = 1; i < list.size(); ++i) {
@@ -105,7 +105,7 @@ void FolderTracker::addPaper(const std::string& path, ChangeSource source, uint3
     }
     try {
         int16_t result = 0;
-        host_.addPaper(path, true, result);
+        host_->addPaper(path, true, result);
     } catch (const std::exception&) {
         // An unreadable picture stays out of the list; the next change is handled as usual.
     }
@@ -116,7 +116,7 @@ void FolderTracker::deletePaper(const std::string& path, ChangeSource source, ui
         return;
     }
     try {
-        host_.deletePaper(path, false);
+        host_->deletePaper(path, false);
     } catch (const std::exception&) {
         // The entry stays; nothing is reported.
     }
@@ -166,7 +166,7 @@ void FolderTracker::removeSelectedFolder() {
 }
 
 void FolderTracker::saveFolders() {
-    host_.setTrackerList(GetList());
+    host_->setTrackerList(GetList());
 }
 
 }  // namespace tl

@@ -21,6 +21,9 @@ class FolderTracker {
   public:
     FolderTracker(ListBoxView& list1, TrackerHost& host, FileSystem& fs, Ui& ui);
 
+    // The window that owns the running list now (the changer, or the manager while it edits a list).
+    void setHost(TrackerHost& host) { host_ = &host; }
+
     bool allowUnload() const { return allowUnload_; }
     void setAllowUnload(bool allow) { allowUnload_ = allow; }
     bool ignoreEvents() const { return ignoreEvents_; }
@@ -55,7 +58,7 @@ class FolderTracker {
     bool fileExists(const std::string& path);
 
     ListBoxView& list1_;
-    TrackerHost& host_;
+    TrackerHost* host_;
     FileSystem& fs_;
     Ui& ui_;
     bool allowUnload_ = true;

@@ -127,12 +127,6 @@ TEST_F(TrackerTest, EachEventCodeDoesItsPart) {
     }
 }
 
-TEST_F(TrackerTest, NonImagesAreLeftForTheHostToRefuse) {
-    track({"C:\\Pics"});
-    receive(event(kShcneCreate, "C:\\Pics\\notes.txt"));
-    EXPECT_EQ(host.calls, Calls{"add C:\\Pics\\notes.txt"});
-}
-
 TEST_F(TrackerTest, IgnoreEventsDropsEverything) {
     track({"C:\\Pics"});
     tracker.setIgnoreEvents(true);
@@ -292,11 +286,6 @@ TEST_F(TrackerTest, SaveFoldersHandsTheHostGetList) {
     list1.clear();
     tracker.saveFolders();
     EXPECT_EQ(host.saved, TrackedFolders{""});
-}
-
-TEST_F(TrackerTest, FlagsStartAsTheWindowLoadsThem) {
-    EXPECT_TRUE(tracker.allowUnload());
-    EXPECT_FALSE(tracker.ignoreEvents());
 }
 
 }  // namespace
