@@ -69,6 +69,20 @@ TEST_F(TrackerTest, GetListThenLoadListDropsTheFirstFolder) {
     EXPECT_EQ(second.lines(), (std::vector<std::string>{"C:\\B"}));
 }
 
+TEST_F(TrackerTest, FoldersHandedToTheHostSurviveTheListFile) {
+    // The host keeps GetList's shape (first folder in slot 0) and writes it with the list; reading the
+    // file back gives slot 0 empty, which is what LoadList expects.
+    track({"C:\\Pics", "D:\\Photos"});
+    WallpaperEntries entries(2);
+    entries[0].path = "C:\\Pics\\a.jpg";
+    const std::string text = listFileText(entries, tracker.GetList());
+    EXPECT_EQ(text, "C:\\Pics\\a.jpg\t0\r\n#C:\\Pics\r\n#D:\\Photos\r\n");
+    test::FakeListBox reloaded(false);
+    FolderTracker again(reloaded, host, fs, ui);
+    again.LoadList(parseListText(text, ListReader::Changer, kCenter).trackedFolders);
+    EXPECT_EQ(reloaded.lines(), list1.lines());
+}
+
 TEST_F(TrackerTest, MatchesIsASubstringTestInAnyCase) {
     track({"C:\\Pics"});
     const struct {
