@@ -8,10 +8,10 @@
 #include "app/program_win.h"
 #include "app/resource_ids.h"
 #include "base/window_win.h"
+#include "lists/list_box_win.h"
 #include "tracker/directory_changes.h"
 #include "tracker/directory_watcher_win.h"
 #include "tracker/flash_counter.h"
-#include "tracker/folder_list_box_win.h"
 #include "tracker/folder_tracker.h"
 #include "tracker/shell_notification_win.h"
 #include "tracker/tracker_host.h"
@@ -168,6 +168,7 @@ class TrackerForm : public Window {
             }
         }
         list1_.attach(::GetDlgItem(hwnd(), kList1));
+        list1_.keepExtentFitted(true);
         applyDpi(dpiOf(hwnd()));
     }
 
@@ -310,7 +311,7 @@ class TrackerForm : public Window {
         }
     }
 
-    FolderListBox list1_;
+    Win32ListBox list1_;
     FolderTracker tracker_;
     ShellNotification notification_;
     std::unique_ptr<DirectoryWatcher> watcher_;
