@@ -1,0 +1,126 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+// The coded side of the JPEG decoder: the markers up to the first scan, and the Huffman-coded blocks of
+// that scan, one row of MCUs at a time.
+namespace tl::jpeg {
+
+inline constexpr int kMaxComponents = 3;
+inline constexpr int kMaxBlocksInMcu = 10;
+// Pixel data above this many bytes is refused before anything is allocated (Windows' own limit for a
+// DIB section is about the same).
+inline constexpr uint64_t kMaxPixelBytes = 0x7FFFFFFF;
+
+// A Huffman table ready for decoding. Codes of up to kLookBits bits are resolved by one look-up of the
+// next kLookBits bits of the stream; longer ones by the canonical code limits.
+struct HuffmanTable {
+    static constexpr int kLookBits = 9;
+    struct Fast {
+        uint8_t length = 0;  // 0: the code is longer than kLookBits
+        uint8_t symbol = 0;
+    };
+    // An AC code and its value bits resolved together: run of zeros, value, bits used by both.
+    struct FastAc {
+        int16_t value = 0;
+        uint8_t run = 0;
+        uint8_t length = 0;  // 0: not resolvable by look-up
+    };
+    std::array<Fast, 1 << kLookBits> fast{};
+    std::array<FastAc, 1 << kLookBits> fastAc{};
+    // limit[l]: the codes of length l are the 16-bit prefixes below it (left-aligned); limit[17] ends it.
+    std::array<uint32_t, 18> limit{};
+    std::array<int32_t, 17> offset{};  // index in `symbols` of a code of length l, minus the code
+    std::array<uint8_t, 256> symbols{};
+    bool defined = false;
+};
+
+// Builds a table from a DHT's 16 counts and its symbols; false when the codes overflow their lengths.
+bool buildHuffmanTable(const uint8_t* counts, const uint8_t* symbols, bool ac, HuffmanTable& table);
+
+struct Component {
+    int id = 0;
+    int h = 1;  // sampling factors
+    int v = 1;
+    int quant = 0;  // table numbers
+    int dcTable = 0;
+    int acTable = 0;
+    int width = 0;   // samples across, before upsampling
+    int height = 0;  // sample rows
+    int blocksAcross = 0;
+};
+
+// Everything known at the start of the first scan.
+struct Frame {
+    int width = 0;
+    int height = 0;
+    int componentCount = 0;
+    std::array<Component, kMaxComponents> components{};
+    int hMax = 1;
+    int vMax = 1;
+    int mcusAcross = 0;
+    int mcuRows = 0;
+    int restartInterval = 0;
+    std::array<int, kMaxComponents> scanOrder{};      // component indexes in the order the scan codes them
+    bool rgb = false;                                 // stored as RGB rather than YCbCr
+    std::array<std::array<uint16_t, 64>, 4> quant{};  // in zigzag order, as stored
+    std::array<HuffmanTable, 4> dc{};
+    std::array<HuffmanTable, 4> ac{};
+    size_t scanStart = 0;  // offset of the entropy-coded data
+};
+
+enum class HeaderStatus { ok, notJpeg, unsupported };
+
+// Reads markers from SOI to the first SOS. `frame` is filled as far as it could be read: width and height
+// are known for an unsupported frame type too.
+HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame);
+
+// Coefficients of one row of MCUs, dequantized and in natural order, per component: the component's v
+// rows of blocks, each row blocksAcross blocks of 64. `last` gives each block's last non-zero coefficient
+// in zigzag order (0: only the DC term), which lets the inverse DCT take short cuts. The decoder writes
+// only the non-zero coefficients: whoever uses a block clears it again.
+struct CoefficientRow {
+    std::array<int16_t*, kMaxComponents> blocks{};
+    std::array<uint8_t*, kMaxComponents> last{};
+};
+
+// Decodes the scan's MCUs in order. Damage never stops it: a bad code decodes as zero and, once the data
+// runs out (a file cut short, a marker where data should be), the rest up to the next restart marker
+// is left flat grey, which is what other decoders show.
+class EntropyDecoder {
+  public:
+    EntropyDecoder(const Frame& frame, std::span<const uint8_t> file);
+    void decodeRow(const CoefficientRow& row);
+
+  private:
+    struct BlockPlan {
+        int component;
+        int offset;  // in blocks from the MCU's first block of the component
+        int row;     // block row within the MCU row
+    };
+    struct Bits {
+        uint64_t bits;
+        int count;
+    };
+    int decodeBlock(int16_t* coefficients, int component);
+    Bits refill(Bits in);
+    void restart();
+
+    const Frame& frame_;
+    const uint8_t* pos_;
+    const uint8_t* end_;
+    uint64_t bits_ = 0;  // left-aligned; bits below `count_` are zero or the stream's own next bits
+    int count_ = 0;      // valid bits; negative once zeros were read past the end of the data
+    bool atMarker_ = false;
+    bool starved_ = false;
+    int restartsLeft_ = 0;
+    int nextRestart_ = 0;  // the number (0 to 7) the next restart marker should carry
+    std::array<int, kMaxComponents> predictors_{};
+    std::array<BlockPlan, kMaxBlocksInMcu> plan_{};
+    int blocksInMcu_ = 0;
+};
+
+}  // namespace tl::jpeg
