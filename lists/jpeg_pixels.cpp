@@ -161,9 +161,8 @@ struct Wide {
     return {_mm_madd_epi16(_mm_unpacklo_epi16(x, y), k), _mm_madd_epi16(_mm_unpackhi_epi16(x, y), k)};
 }
 template <int Shift>
-[[gnu::always_inline]] inline __m128i roundDown(Wide v, __m128i bias) {
-    return _mm_packs_epi32(_mm_srai_epi32(_mm_add_epi32(v.lo, bias), Shift),
-                           _mm_srai_epi32(_mm_add_epi32(v.hi, bias), Shift));
+[[gnu::always_inline]] inline __m128i shiftDown(Wide v) {
+    return _mm_packs_epi32(_mm_srai_epi32(v.lo, Shift), _mm_srai_epi32(v.hi, Shift));
 }
 
 // The same transform as inverse8, on eight lanes at once: s[k] holds the k-th input of each. The
@@ -173,8 +172,10 @@ template <int Shift>
 [[gnu::always_inline]] inline void inverse8x8(__m128i* s, __m128i bias) {
     const Wide even2 = madd(s[2], s[6], k0_541, k0_541 - k1_847);
     const Wide even3 = madd(s[2], s[6], k0_541 + k0_765, k0_541);
-    const Wide even0 = madd(s[0], s[4], 1 << kConstBits, 1 << kConstBits);
-    const Wide even1 = madd(s[0], s[4], 1 << kConstBits, -(1 << kConstBits));
+    // The rounding bias goes in once here rather than into each output.
+    const Wide rounding{bias, bias};
+    const Wide even0 = madd(s[0], s[4], 1 << kConstBits, 1 << kConstBits) + rounding;
+    const Wide even1 = madd(s[0], s[4], 1 << kConstBits, -(1 << kConstBits)) + rounding;
     const Wide e10 = even0 + even3;
     const Wide e13 = even0 - even3;
     const Wide e11 = even1 + even2;
@@ -189,14 +190,14 @@ template <int Shift>
     const Wide odd1 = madd(s[7], s[3], k1_175 - k0_899, k1_175) +
                       madd(s[5], s[1], k1_175 - k0_390, k1_501 - k0_899 - k0_390 + k1_175);
 
-    s[0] = roundDown<Shift>(e10 + odd1, bias);
-    s[7] = roundDown<Shift>(e10 - odd1, bias);
-    s[1] = roundDown<Shift>(e11 + odd3, bias);
-    s[6] = roundDown<Shift>(e11 - odd3, bias);
-    s[2] = roundDown<Shift>(e12 + odd5, bias);
-    s[5] = roundDown<Shift>(e12 - odd5, bias);
-    s[3] = roundDown<Shift>(e13 + odd7, bias);
-    s[4] = roundDown<Shift>(e13 - odd7, bias);
+    s[0] = shiftDown<Shift>(e10 + odd1);
+    s[7] = shiftDown<Shift>(e10 - odd1);
+    s[1] = shiftDown<Shift>(e11 + odd3);
+    s[6] = shiftDown<Shift>(e11 - odd3);
+    s[2] = shiftDown<Shift>(e12 + odd5);
+    s[5] = shiftDown<Shift>(e12 - odd5);
+    s[3] = shiftDown<Shift>(e13 + odd7);
+    s[4] = shiftDown<Shift>(e13 - odd7);
 }
 
 [[gnu::always_inline]] inline void transpose8x8(__m128i* r) {
@@ -232,10 +233,11 @@ void idctBlockSse2(const int16_t* block, uint8_t* out, size_t stride) {
         r[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 8 * i));
     }
     // Rows of registers are rows of coefficients, so the first pass runs down the columns directly.
-    inverse8x8<kConstBits - kPass1Bits>(r, _mm_set1_epi32(1 << (kConstBits - kPass1Bits - 1)));
+    constexpr int shift1 = kConstBits - kPass1Bits;
+    constexpr int shift2 = kConstBits + kPass1Bits + 3;
+    inverse8x8<shift1>(r, _mm_set1_epi32(1 << (shift1 - 1)));
     transpose8x8(r);
-    constexpr int shift = kConstBits + kPass1Bits + 3;
-    inverse8x8<shift>(r, _mm_set1_epi32((1 << (shift - 1)) + (128 << shift)));
+    inverse8x8<shift2>(r, _mm_set1_epi32((1 << (shift2 - 1)) + (128 << shift2)));
     transpose8x8(r);
     for (int i = 0; i < 8; i += 2) {
         const __m128i two = _mm_packus_epi16(r[i], r[i + 1]);

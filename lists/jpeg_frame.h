@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <span>
 
-// The coded side of the JPEG decoder: the markers up to the first scan, and the Huffman-coded blocks of
-// that scan, one row of MCUs at a time.
+// The JPEG decoder's reading of the markers up to the first scan: the frame, its tables and the layout
+// of its blocks.
 namespace tl::jpeg {
 
 inline constexpr int kMaxComponents = 3;
@@ -37,6 +37,11 @@ struct HuffmanTable {
     std::array<uint8_t, 256> symbols{};
     bool defined = false;
 };
+
+// The signed value that `size` magnitude bits stand for.
+inline int extendValue(uint32_t bits, int size) {
+    return bits < (1u << (size - 1)) ? static_cast<int>(bits) - (1 << size) + 1 : static_cast<int>(bits);
+}
 
 // Builds a table from a DHT's 16 counts and its symbols; false when the codes overflow their lengths.
 bool buildHuffmanTable(const uint8_t* counts, const uint8_t* symbols, bool ac, HuffmanTable& table);
@@ -77,50 +82,5 @@ enum class HeaderStatus { ok, notJpeg, unsupported };
 // Reads markers from SOI to the first SOS. `frame` is filled as far as it could be read: width and height
 // are known for an unsupported frame type too.
 HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame);
-
-// Coefficients of one row of MCUs, dequantized and in natural order, per component: the component's v
-// rows of blocks, each row blocksAcross blocks of 64. `last` gives each block's last non-zero coefficient
-// in zigzag order (0: only the DC term), which lets the inverse DCT take short cuts. The decoder writes
-// only the non-zero coefficients: whoever uses a block clears it again.
-struct CoefficientRow {
-    std::array<int16_t*, kMaxComponents> blocks{};
-    std::array<uint8_t*, kMaxComponents> last{};
-};
-
-// Decodes the scan's MCUs in order. Damage never stops it: a bad code decodes as zero and, once the data
-// runs out (a file cut short, a marker where data should be), the rest up to the next restart marker
-// is left flat grey, which is what other decoders show.
-class EntropyDecoder {
-  public:
-    EntropyDecoder(const Frame& frame, std::span<const uint8_t> file);
-    void decodeRow(const CoefficientRow& row);
-
-  private:
-    struct BlockPlan {
-        int component;
-        int offset;  // in blocks from the MCU's first block of the component
-        int row;     // block row within the MCU row
-    };
-    struct Bits {
-        uint64_t bits;
-        int count;
-    };
-    int decodeBlock(int16_t* coefficients, int component);
-    Bits refill(Bits in);
-    void restart();
-
-    const Frame& frame_;
-    const uint8_t* pos_;
-    const uint8_t* end_;
-    uint64_t bits_ = 0;  // left-aligned; bits below `count_` are zero or the stream's own next bits
-    int count_ = 0;      // valid bits; negative once zeros were read past the end of the data
-    bool atMarker_ = false;
-    bool starved_ = false;
-    int restartsLeft_ = 0;
-    int nextRestart_ = 0;  // the number (0 to 7) the next restart marker should carry
-    std::array<int, kMaxComponents> predictors_{};
-    std::array<BlockPlan, kMaxBlocksInMcu> plan_{};
-    int blocksInMcu_ = 0;
-};
 
 }  // namespace tl::jpeg

@@ -1,6 +1,6 @@
-#include "lists/jpeg_stream.h"
+#include "lists/jpeg_frame.h"
 
-#include <bit>
+#include <algorithm>
 #include <cstring>
 
 #include "lists/jpeg_decoder.h"
@@ -9,44 +9,8 @@ namespace tl::jpeg {
 
 namespace {
 
-// Natural (row-major) position of each coefficient in the order the file codes them.
-constexpr std::array<uint8_t, 64> makeZigzag() {
-    std::array<uint8_t, 64> order{};
-    int x = 0;
-    int y = 0;
-    for (int k = 0; k < 64; ++k) {
-        order[static_cast<size_t>(k)] = static_cast<uint8_t>(y * 8 + x);
-        if ((x + y) % 2 == 0) {  // going up and right
-            if (x == 7) {
-                ++y;
-            } else if (y == 0) {
-                ++x;
-            } else {
-                ++x;
-                --y;
-            }
-        } else {  // going down and left
-            if (y == 7) {
-                ++x;
-            } else if (x == 0) {
-                ++y;
-            } else {
-                --x;
-                ++y;
-            }
-        }
-    }
-    return order;
-}
-constexpr std::array<uint8_t, 64> kZigzag = makeZigzag();
-
 uint16_t be16(const uint8_t* p) {
     return static_cast<uint16_t>(p[0] << 8 | p[1]);
-}
-
-// The signed value of `size` magnitude bits.
-int extend(uint32_t bits, int size) {
-    return bits < (1u << (size - 1)) ? static_cast<int>(bits) - (1 << size) + 1 : static_cast<int>(bits);
 }
 
 bool isSofMarker(uint8_t m) {
@@ -244,7 +208,7 @@ bool buildHuffmanTable(const uint8_t* counts, const uint8_t* symbols, bool ac, H
                 }
             } else if (f.length + size <= look) {
                 const uint32_t bits = (i >> (look - f.length - size)) & ((1u << size) - 1);
-                table.fastAc[i] = {static_cast<int16_t>(extend(bits, size)), static_cast<uint8_t>(run),
+                table.fastAc[i] = {static_cast<int16_t>(extendValue(bits, size)), static_cast<uint8_t>(run),
                                    static_cast<uint8_t>(f.length + size)};
             }
         }
@@ -323,224 +287,6 @@ HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame) {
         }
         if (!ok) {
             return HeaderStatus::unsupported;
-        }
-    }
-}
-
-EntropyDecoder::EntropyDecoder(const Frame& frame, std::span<const uint8_t> file)
-    : frame_(frame), pos_(file.data() + frame.scanStart), end_(file.data() + file.size()) {
-    restartsLeft_ = frame.restartInterval;
-    for (int i = 0; i < frame.componentCount; ++i) {
-        const int c = frame.scanOrder[static_cast<size_t>(i)];
-        const Component& comp = frame.components[static_cast<size_t>(c)];
-        for (int v = 0; v < comp.v; ++v) {
-            for (int h = 0; h < comp.h; ++h) {
-                plan_[static_cast<size_t>(blocksInMcu_++)] = {c, h, v};
-            }
-        }
-    }
-}
-
-void EntropyDecoder::decodeRow(const CoefficientRow& row) {
-    for (int mcu = 0; mcu < frame_.mcusAcross; ++mcu) {
-        if (frame_.restartInterval > 0) {
-            if (restartsLeft_ == 0) {
-                restart();
-                restartsLeft_ = frame_.restartInterval;
-            }
-            --restartsLeft_;
-        }
-        if (starved_) {
-            continue;  // the blocks stay clear: flat grey
-        }
-        for (int b = 0; b < blocksInMcu_; ++b) {
-            const BlockPlan& plan = plan_[static_cast<size_t>(b)];
-            const auto c = static_cast<size_t>(plan.component);
-            const Component& comp = frame_.components[c];
-            const auto index = static_cast<size_t>(plan.row * comp.blocksAcross + mcu * comp.h + plan.offset);
-            row.last[c][index] = static_cast<uint8_t>(decodeBlock(row.blocks[c] + index * 64, plan.component));
-        }
-        if (count_ < 0) {
-            starved_ = true;
-        }
-    }
-}
-
-namespace {
-
-// A code longer than the look-up table resolves, found by the canonical code limits.
-int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
-    const auto top = static_cast<uint32_t>(bits >> 48);
-    int l = HuffmanTable::kLookBits + 1;
-    while (top >= table.limit[static_cast<size_t>(l)]) {
-        ++l;
-    }
-    if (l > 16) {
-        // No such code: read as zero, as other decoders do.
-        bits <<= 16;
-        count -= 16;
-        return 0;
-    }
-    bits <<= l;
-    count -= l;
-    return table
-        .symbols[static_cast<size_t>(table.offset[static_cast<size_t>(l)] + static_cast<int32_t>(top >> (16 - l)))];
-}
-
-[[gnu::always_inline]] inline int decodeSymbol(const HuffmanTable& table, uint64_t& bits, int& count) {
-    const HuffmanTable::Fast fast = table.fast[bits >> (64 - HuffmanTable::kLookBits)];
-    if (fast.length != 0) {
-        bits <<= fast.length;
-        count -= fast.length;
-        return fast.symbol;
-    }
-    return decodeLongCode(table, bits, count);
-}
-
-[[gnu::always_inline]] inline uint32_t takeBits(int n, uint64_t& bits, int& count) {
-    const auto value = static_cast<uint32_t>(bits >> (64 - n));
-    bits <<= n;
-    count -= n;
-    return value;
-}
-
-}  // namespace
-
-// The bit buffer lives in locals while a block is decoded, so that it stays in registers.
-int EntropyDecoder::decodeBlock(int16_t* out, int component) {
-    constexpr int look = HuffmanTable::kLookBits;
-    const Component& comp = frame_.components[static_cast<size_t>(component)];
-    const HuffmanTable& ac = frame_.ac[static_cast<size_t>(comp.acTable)];
-    const uint16_t* const q = frame_.quant[static_cast<size_t>(comp.quant)].data();
-    Bits b{bits_, count_};
-    if (b.count < 32) {
-        b = refill(b);
-    }
-    const int size = decodeSymbol(frame_.dc[static_cast<size_t>(comp.dcTable)], b.bits, b.count);
-    int& predictor = predictors_[static_cast<size_t>(component)];
-    if (size != 0) {
-        // Damaged data can push the sum anywhere; it wraps rather than overflows.
-        predictor = static_cast<int>(static_cast<uint32_t>(predictor) +
-                                     static_cast<uint32_t>(extend(takeBits(size, b.bits, b.count), size)));
-    }
-    out[0] = static_cast<int16_t>(static_cast<uint32_t>(predictor) * q[0]);
-    int last = 0;
-    for (int k = 1; k < 64;) {
-        if (b.count < 32) {
-            b = refill(b);
-        }
-        const HuffmanTable::FastAc fast = ac.fastAc[b.bits >> (64 - look)];
-        if (fast.length != 0) {
-            b.bits <<= fast.length;
-            b.count -= fast.length;
-            k += fast.run;
-            if (k > 63) {
-                break;
-            }
-            out[kZigzag[static_cast<size_t>(k)]] = static_cast<int16_t>(fast.value * q[k]);
-            last = k++;
-            continue;
-        }
-        const int symbol = decodeSymbol(ac, b.bits, b.count);
-        const int run = symbol >> 4;
-        const int size2 = symbol & 15;
-        if (size2 == 0) {
-            if (run != 15) {
-                break;
-            }
-            k += 16;
-            continue;
-        }
-        k += run;
-        const int value = extend(takeBits(size2, b.bits, b.count), size2);
-        if (k > 63) {
-            break;
-        }
-        out[kZigzag[static_cast<size_t>(k)]] = static_cast<int16_t>(static_cast<uint32_t>(value) * q[k]);
-        last = k++;
-    }
-    bits_ = b.bits;
-    count_ = b.count;
-    return last;
-}
-
-EntropyDecoder::Bits EntropyDecoder::refill(Bits in) {
-    auto [bits, count] = in;
-    if (atMarker_) {
-        return in;  // zeros come in from the right
-    }
-    if (end_ - pos_ >= 8) {
-        uint64_t word = 0;
-        std::memcpy(&word, pos_, 8);
-        if constexpr (std::endian::native == std::endian::little) {
-            word = __builtin_bswap64(word);
-        }
-        // Without a 0xFF among the next eight bytes (no stuffing, no marker) they go in at once. Bits of a
-        // byte only partly taken stay below `count`: they are that byte's own, so taking it later changes
-        // nothing.
-        const uint64_t inverted = ~word;
-        if (((inverted - 0x0101010101010101) & word & 0x8080808080808080) == 0) {
-            bits |= word >> count;
-            const int bytes = (64 - count) >> 3;
-            pos_ += bytes;
-            return {bits, count + 8 * bytes};
-        }
-    }
-    while (count <= 56) {
-        if (pos_ >= end_) {
-            atMarker_ = true;
-            break;
-        }
-        const uint8_t byte = *pos_;
-        if (byte == 0xFF) {
-            if (end_ - pos_ < 2 || pos_[1] != 0x00) {
-                atMarker_ = true;  // stays on the marker, for restart() to find
-                break;
-            }
-            pos_ += 2;
-        } else {
-            ++pos_;
-        }
-        bits |= static_cast<uint64_t>(byte) << (56 - count);
-        count += 8;
-    }
-    return {bits, count};
-}
-
-void EntropyDecoder::restart() {
-    bits_ = 0;
-    count_ = 0;
-    atMarker_ = false;
-    predictors_ = {};
-    const int expected = nextRestart_;
-    nextRestart_ = (nextRestart_ + 1) & 7;
-    // Normally the expected marker is right here. Otherwise, as other decoders do: bytes before a marker are
-    // passed over, and so are markers of restarts already past; a marker of one of the next two restarts,
-    // or one that isn't a restart (the end of the picture), is left in place, so this stretch has no data
-    // and comes out grey.
-    for (;;) {
-        while (end_ - pos_ >= 2 && (pos_[0] != 0xFF || pos_[1] == 0x00 || pos_[1] == 0xFF)) {
-            ++pos_;
-        }
-        if (end_ - pos_ < 2) {
-            return;  // the data has run out
-        }
-        const int marker = pos_[1];
-        if (marker < 0xC0) {
-            pos_ += 2;
-            continue;
-        }
-        if (marker < 0xD0 || marker > 0xD7) {
-            return;
-        }
-        const int ahead = (marker - 0xD0 - expected) & 7;
-        if (ahead == 1 || ahead == 2) {
-            return;
-        }
-        pos_ += 2;
-        if (ahead == 0 || ahead < 6) {
-            starved_ = false;
-            return;
         }
     }
 }
