@@ -1,6 +1,7 @@
 #include "lists/jpeg_decoder.h"
 
 #include <algorithm>
+#include <atomic>
 #include <condition_variable>
 #include <cstring>
 #include <memory>
@@ -9,6 +10,10 @@
 #include <system_error>
 #include <thread>
 #include <vector>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "lists/jpeg_entropy.h"
 #include "lists/jpeg_pixels.h"
@@ -228,6 +233,45 @@ class PageToucher {
     size_t next_;
 };
 
+// A count one thread raises and the other waits for. The waiter spins a little before it sleeps: a row
+// takes a fraction of a millisecond, and putting a thread to sleep and waking it costs about as much on
+// some systems (under Wine every sleep is a round trip to the server).
+class Progress {
+  public:
+    int value() const { return value_.load(); }
+    void advance(int to) {
+        value_.store(to);
+        if (sleepers_.load() > 0) {
+            std::lock_guard lock(mutex_);
+            changed_.notify_all();
+        }
+    }
+    template <typename Ready>
+    void waitUntil(Ready ready) {
+        for (int i = 0; i < 4000; ++i) {
+            if (ready()) {
+                return;
+            }
+            pause();
+        }
+        std::unique_lock lock(mutex_);
+        sleepers_.fetch_add(1);
+        changed_.wait(lock, ready);
+        sleepers_.fetch_sub(1);
+    }
+
+  private:
+    static void pause() {
+#if defined(__SSE2__)
+        _mm_pause();
+#endif
+    }
+    std::atomic<int> value_{0};
+    std::atomic<int> sleepers_{0};
+    std::mutex mutex_;
+    std::condition_variable changed_;
+};
+
 // The entropy decoding runs on a second thread a few MCU rows ahead of the rest; when it has to wait for
 // a free slot it faults in the pages of picture rows still to come. False when no thread could be started.
 bool decodeOnTwoThreads(const Frame& frame, EntropyDecoder& entropy, RowBuilder& builder, std::span<uint8_t> pixels) {
@@ -236,10 +280,8 @@ bool decodeOnTwoThreads(const Frame& frame, EntropyDecoder& entropy, RowBuilder&
     for (int i = 0; i < kSlots; ++i) {
         slots.emplace_back(frame);
     }
-    std::mutex mutex;
-    std::condition_variable changed;
-    int decoded = 0;
-    int built = 0;
+    Progress decoded;
+    Progress built;
     // Picture rows from MCU row r down lie in the first bytes of the bottom-up pixels, and the builder only
     // writes them once it has that row.
     const size_t stride = jpegBmpRowBytes(frame.width);
@@ -253,41 +295,25 @@ bool decodeOnTwoThreads(const Frame& frame, EntropyDecoder& entropy, RowBuilder&
             PageToucher pages(pixels.data(), bytesFromRow(0));
             bool pagesLeft = true;
             for (int r = 0; r < frame.mcuRows; ++r) {
-                for (;;) {
-                    {
-                        std::unique_lock lock(mutex);
-                        if (r - built < kSlots) {
-                            break;
-                        }
-                        if (!pagesLeft) {
-                            changed.wait(lock, [&] { return r - built < kSlots; });
-                            break;
-                        }
+                const auto slotFree = [&] { return r - built.value() < kSlots; };
+                while (!slotFree()) {
+                    if (pagesLeft) {
+                        pagesLeft = pages.touchSome(bytesFromRow(r));
+                    } else {
+                        built.waitUntil(slotFree);
                     }
-                    pagesLeft = pages.touchSome(bytesFromRow(r));
                 }
                 entropy.decodeRow(slots[static_cast<size_t>(r % kSlots)].row);
-                {
-                    std::lock_guard lock(mutex);
-                    decoded = r + 1;
-                }
-                changed.notify_all();
+                decoded.advance(r + 1);
             }
         });
     } catch (const std::system_error&) {
         return false;
     }
     for (int r = 0; r < frame.mcuRows; ++r) {
-        {
-            std::unique_lock lock(mutex);
-            changed.wait(lock, [&] { return decoded > r; });
-        }
+        decoded.waitUntil([&] { return decoded.value() > r; });
         builder.addRow(slots[static_cast<size_t>(r % kSlots)].row);
-        {
-            std::lock_guard lock(mutex);
-            built = r + 1;
-        }
-        changed.notify_all();
+        built.advance(r + 1);
     }
     worker.join();
     return true;
