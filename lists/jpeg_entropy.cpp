@@ -48,17 +48,24 @@ EntropyDecoder::EntropyDecoder(const Frame& frame, std::span<const uint8_t> file
         const Component& comp = frame.components[static_cast<size_t>(c)];
         for (int v = 0; v < comp.v; ++v) {
             for (int h = 0; h < comp.h; ++h) {
-                plan_[static_cast<size_t>(blocksInMcu_++)] = {c, h, v};
+                plan_[static_cast<size_t>(blocksInMcu_++)] = {c,
+                                                              h,
+                                                              v,
+                                                              &frame.dc[static_cast<size_t>(comp.dcTable)],
+                                                              &frame.ac[static_cast<size_t>(comp.acTable)],
+                                                              frame.quant[static_cast<size_t>(comp.quant)].data()};
             }
         }
     }
 }
 
 void EntropyDecoder::decodeRow(const CoefficientRow& row) {
+    Bits b = bits_;
     for (int mcu = 0; mcu < frame_.mcusAcross; ++mcu) {
         if (frame_.restartInterval > 0) {
             if (restartsLeft_ == 0) {
                 restart();
+                b = bits_;
                 restartsLeft_ = frame_.restartInterval;
             }
             --restartsLeft_;
@@ -66,17 +73,18 @@ void EntropyDecoder::decodeRow(const CoefficientRow& row) {
         if (starved_) {
             continue;  // the blocks stay clear: flat grey
         }
-        for (int b = 0; b < blocksInMcu_; ++b) {
-            const BlockPlan& plan = plan_[static_cast<size_t>(b)];
+        for (int i = 0; i < blocksInMcu_; ++i) {
+            const BlockPlan& plan = plan_[static_cast<size_t>(i)];
             const auto c = static_cast<size_t>(plan.component);
             const Component& comp = frame_.components[c];
             const auto index = static_cast<size_t>(plan.row * comp.blocksAcross + mcu * comp.h + plan.offset);
-            row.last[c][index] = static_cast<uint8_t>(decodeBlock(row.blocks[c] + index * 64, plan.component));
+            row.last[c][index] = static_cast<uint8_t>(decodeBlock(b, row.blocks[c] + index * 64, plan));
         }
-        if (count_ < 0) {
+        if (b.count < 0) {
             starved_ = true;
         }
     }
+    bits_ = b;
 }
 
 namespace {
@@ -119,30 +127,32 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
 
 }  // namespace
 
-// The bit buffer lives in locals while a block is decoded, so that it stays in registers.
-int EntropyDecoder::decodeBlock(int16_t* out, int component) {
+[[gnu::always_inline]] inline int EntropyDecoder::decodeBlock(Bits& b, int16_t* out, const BlockPlan& plan) {
     constexpr int look = HuffmanTable::kLookBits;
-    const Component& comp = frame_.components[static_cast<size_t>(component)];
-    const HuffmanTable& ac = frame_.ac[static_cast<size_t>(comp.acTable)];
-    const uint16_t* const q = frame_.quant[static_cast<size_t>(comp.quant)].data();
-    Bits b{bits_, count_};
+    const HuffmanTable& ac = *plan.ac;
+    const uint16_t* const q = plan.quant;
     if (b.count < 32) {
         b = refill(b);
     }
-    const int size = decodeSymbol(frame_.dc[static_cast<size_t>(comp.dcTable)], b.bits, b.count);
-    int& predictor = predictors_[static_cast<size_t>(component)];
-    if (size != 0) {
-        // Damaged data can push the sum anywhere; it wraps rather than overflows.
-        predictor = static_cast<int>(static_cast<uint32_t>(predictor) +
-                                     static_cast<uint32_t>(extendValue(takeBits(size, b.bits, b.count), size)));
+    int difference = 0;
+    const HuffmanTable::FastValue dc = plan.dc->fastValue[b.bits >> (64 - look)];
+    if (dc.length != 0) {
+        b.bits <<= dc.length;
+        b.count -= dc.length;
+        difference = dc.value;
+    } else if (const int size = decodeSymbol(*plan.dc, b.bits, b.count); size != 0) {
+        difference = extendValue(takeBits(size, b.bits, b.count), size);
     }
+    // Damaged data can push the sum anywhere; it wraps rather than overflows.
+    int& predictor = predictors_[static_cast<size_t>(plan.component)];
+    predictor = static_cast<int>(static_cast<uint32_t>(predictor) + static_cast<uint32_t>(difference));
     out[0] = static_cast<int16_t>(static_cast<uint32_t>(predictor) * q[0]);
     int last = 0;
     for (int k = 1; k < 64;) {
         if (b.count < 32) {
             b = refill(b);
         }
-        const HuffmanTable::FastAc fast = ac.fastAc[b.bits >> (64 - look)];
+        const HuffmanTable::FastValue fast = ac.fastValue[b.bits >> (64 - look)];
         if (fast.length != 0) {
             b.bits <<= fast.length;
             b.count -= fast.length;
@@ -156,8 +166,8 @@ int EntropyDecoder::decodeBlock(int16_t* out, int component) {
         }
         const int symbol = decodeSymbol(ac, b.bits, b.count);
         const int run = symbol >> 4;
-        const int size2 = symbol & 15;
-        if (size2 == 0) {
+        const int bits = symbol & 15;
+        if (bits == 0) {
             if (run != 15) {
                 break;
             }
@@ -165,15 +175,13 @@ int EntropyDecoder::decodeBlock(int16_t* out, int component) {
             continue;
         }
         k += run;
-        const int value = extendValue(takeBits(size2, b.bits, b.count), size2);
+        const int value = extendValue(takeBits(bits, b.bits, b.count), bits);
         if (k > 63) {
             break;
         }
         out[kZigzag[static_cast<size_t>(k)]] = static_cast<int16_t>(static_cast<uint32_t>(value) * q[k]);
         last = k++;
     }
-    bits_ = b.bits;
-    count_ = b.count;
     return last;
 }
 
@@ -221,8 +229,7 @@ EntropyDecoder::Bits EntropyDecoder::refill(Bits in) {
 }
 
 void EntropyDecoder::restart() {
-    bits_ = 0;
-    count_ = 0;
+    bits_ = {0, 0};
     atMarker_ = false;
     predictors_ = {};
     const int expected = nextRestart_;

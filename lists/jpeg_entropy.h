@@ -32,20 +32,23 @@ class EntropyDecoder {
         int component;
         int offset;  // in blocks from the MCU's first block of the component
         int row;     // block row within the MCU row
+        const HuffmanTable* dc;
+        const HuffmanTable* ac;
+        const uint16_t* quant;
     };
+    // The bit buffer, held in locals while a row is decoded so that it stays in registers.
     struct Bits {
-        uint64_t bits;
-        int count;
+        uint64_t bits;  // left-aligned; bits below `count` are zero or the stream's own next bits
+        int count;      // valid bits; negative once zeros were read past the end of the data
     };
-    int decodeBlock(int16_t* coefficients, int component);
+    int decodeBlock(Bits& b, int16_t* coefficients, const BlockPlan& plan);
     Bits refill(Bits in);
     void restart();
 
     const Frame& frame_;
     const uint8_t* pos_;
     const uint8_t* end_;
-    uint64_t bits_ = 0;  // left-aligned; bits below `count_` are zero or the stream's own next bits
-    int count_ = 0;      // valid bits; negative once zeros were read past the end of the data
+    Bits bits_{0, 0};
     bool atMarker_ = false;
     bool starved_ = false;
     int restartsLeft_ = 0;

@@ -194,23 +194,21 @@ bool buildHuffmanTable(const uint8_t* counts, const uint8_t* symbols, bool ac, H
         code <<= 1;
     }
     table.limit[17] = 0xFFFFFFFF;
-    if (ac) {
-        for (uint32_t i = 0; i < table.fast.size(); ++i) {
-            const HuffmanTable::Fast f = table.fast[i];
-            const int run = f.symbol >> 4;
-            const int size = f.symbol & 15;
-            if (f.length == 0) {
-                continue;
+    for (uint32_t i = 0; i < table.fast.size(); ++i) {
+        const HuffmanTable::Fast f = table.fast[i];
+        const int run = ac ? f.symbol >> 4 : 0;
+        const int size = f.symbol & 15;
+        if (f.length == 0) {
+            continue;
+        }
+        if (size == 0) {
+            if (!ac || run == 0) {  // a DC difference of 0, or the end of the block
+                table.fastValue[i] = {0, static_cast<uint8_t>(ac ? 64 : 0), f.length};
             }
-            if (size == 0) {
-                if (run == 0) {  // end of block: a run past the last coefficient
-                    table.fastAc[i] = {0, 64, f.length};
-                }
-            } else if (f.length + size <= look) {
-                const uint32_t bits = (i >> (look - f.length - size)) & ((1u << size) - 1);
-                table.fastAc[i] = {static_cast<int16_t>(extendValue(bits, size)), static_cast<uint8_t>(run),
-                                   static_cast<uint8_t>(f.length + size)};
-            }
+        } else if (f.length + size <= look) {
+            const uint32_t bits = (i >> (look - f.length - size)) & ((1u << size) - 1);
+            table.fastValue[i] = {static_cast<int16_t>(extendValue(bits, size)), static_cast<uint8_t>(run),
+                                  static_cast<uint8_t>(f.length + size)};
         }
     }
     table.defined = true;

@@ -23,14 +23,15 @@ struct HuffmanTable {
         uint8_t length = 0;  // 0: the code is longer than kLookBits
         uint8_t symbol = 0;
     };
-    // An AC code and its value bits resolved together: run of zeros, value, bits used by both.
-    struct FastAc {
+    // A code and the value bits after it resolved together. For DC tables the value is the difference
+    // and the run 0; for AC tables the run of zeros before the value, or 64 for the end of the block.
+    struct FastValue {
         int16_t value = 0;
         uint8_t run = 0;
         uint8_t length = 0;  // 0: not resolvable by look-up
     };
     std::array<Fast, 1 << kLookBits> fast{};
-    std::array<FastAc, 1 << kLookBits> fastAc{};
+    std::array<FastValue, 1 << kLookBits> fastValue{};
     // limit[l]: the codes of length l are the 16-bit prefixes below it (left-aligned); limit[17] ends it.
     std::array<uint32_t, 18> limit{};
     std::array<int32_t, 17> offset{};  // index in `symbols` of a code of length l, minus the code
