@@ -88,12 +88,19 @@ class RowBuilder {
                 const int shown = top < comp.height ? plane.blocksUsed : 0;
                 uint8_t* const out = plane.row(top);
                 const size_t first = static_cast<size_t>(by) * static_cast<size_t>(comp.blocksAcross);
-                for (int bx = 0; bx < comp.blocksAcross; ++bx) {
+                int bx = 0;
+                for (; bx + 1 < shown; bx += 2) {
+                    const size_t index = first + static_cast<size_t>(bx);
+                    idctBlockPair(blocks + index * 64, last[index], blocks + (index + 1) * 64, last[index + 1],
+                                  out + 8 * bx, plane.stride);
+                }
+                if (bx < shown) {
+                    const size_t index = first + static_cast<size_t>(bx);
+                    idctBlock(blocks + index * 64, last[index], out + 8 * bx, plane.stride);
+                }
+                for (bx = 0; bx < comp.blocksAcross; ++bx) {
                     const size_t index = first + static_cast<size_t>(bx);
                     int16_t* const block = blocks + index * 64;
-                    if (bx < shown) {
-                        idctBlock(block, last[index], out + 8 * bx, plane.stride);
-                    }
                     if (last[index] == 0) {
                         block[0] = 0;
                     } else {
@@ -248,11 +255,17 @@ class Progress {
     }
     template <typename Ready>
     void waitUntil(Ready ready) {
-        for (int i = 0; i < 4000; ++i) {
+        // A few hundred pauses cover a short wait; yielding after that lets the other thread have this core
+        // when the machine is busy.
+        for (int i = 0; i < 2000; ++i) {
             if (ready()) {
                 return;
             }
-            pause();
+            if (i < 300) {
+                pause();
+            } else {
+                std::this_thread::yield();
+            }
         }
         std::unique_lock lock(mutex_);
         sleepers_.fetch_add(1);

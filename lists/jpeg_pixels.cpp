@@ -4,35 +4,11 @@
 #include <array>
 #include <cstring>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "lists/jpeg_kernels.h"
 
 namespace tl::jpeg {
 
 namespace {
-
-// The inverse DCT is the Loeffler-Ligtenberg-Moschytz factorisation in 13-bit fixed point, columns first,
-// keeping 2 extra bits between the passes: the accurate integer transform other decoders use by default,
-// so pictures come out as they show them.
-constexpr int kConstBits = 13;
-constexpr int kPass1Bits = 2;
-constexpr int32_t fix(double x) {
-    return static_cast<int32_t>(x * (1 << kConstBits) + 0.5);
-}
-// Products of sqrt(2) and the cosines of multiples of pi/16, as the factorisation combines them.
-constexpr int32_t k0_298 = fix(0.298631336);
-constexpr int32_t k0_390 = fix(0.390180644);
-constexpr int32_t k0_541 = fix(0.541196100);
-constexpr int32_t k0_765 = fix(0.765366865);
-constexpr int32_t k0_899 = fix(0.899976223);
-constexpr int32_t k1_175 = fix(1.175875602);
-constexpr int32_t k1_501 = fix(1.501321110);
-constexpr int32_t k1_847 = fix(1.847759065);
-constexpr int32_t k1_961 = fix(1.961570560);
-constexpr int32_t k2_053 = fix(2.053119869);
-constexpr int32_t k2_562 = fix(2.562915447);
-constexpr int32_t k3_072 = fix(3.072711026);
 
 // One 8-point inverse transform of s[0], s[step], ... Products are 64-bit so that damaged coefficients
 // can't overflow; on real data every value fits 32 bits.
@@ -74,13 +50,6 @@ uint8_t clampSample(int64_t v) {
     return static_cast<uint8_t>(std::clamp<int64_t>(v, 0, 255));
 }
 
-// JFIF's YCbCr to RGB in 16-bit fixed point, rounded: R = Y + 1.402 Cr', G = Y - 0.34414 Cb' - 0.71414 Cr',
-// B = Y + 1.772 Cb', where Cb' and Cr' are centred on 128.
-constexpr int kColourBits = 16;
-constexpr int32_t kHalf = 1 << (kColourBits - 1);
-constexpr int32_t colourFix(double x) {
-    return static_cast<int32_t>(x * (1 << kColourBits) + 0.5);
-}
 struct ColourTables {
     std::array<int32_t, 256> crToR{};
     std::array<int32_t, 256> cbToB{};
@@ -91,10 +60,10 @@ constexpr ColourTables makeColourTables() {
     ColourTables t;
     for (int i = 0; i < 256; ++i) {
         const int32_t x = i - 128;
-        t.crToR[static_cast<size_t>(i)] = (colourFix(1.40200) * x + kHalf) >> kColourBits;
-        t.cbToB[static_cast<size_t>(i)] = (colourFix(1.77200) * x + kHalf) >> kColourBits;
-        t.crToG[static_cast<size_t>(i)] = -colourFix(0.71414) * x;
-        t.cbToG[static_cast<size_t>(i)] = -colourFix(0.34414) * x + kHalf;
+        t.crToR[static_cast<size_t>(i)] = (kCrToR * x + kHalf) >> kColourBits;
+        t.cbToB[static_cast<size_t>(i)] = (kCbToB * x + kHalf) >> kColourBits;
+        t.crToG[static_cast<size_t>(i)] = -kCrToG * x;
+        t.cbToG[static_cast<size_t>(i)] = -kCbToG * x + kHalf;
     }
     return t;
 }
@@ -137,108 +106,12 @@ void yccRange(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int from, 
 
 #if defined(__SSE2__)
 
-// Two constants for _mm_madd_epi16: with pairs (x, y) interleaved it gives a * x + b * y in 32 bits.
-[[gnu::always_inline]] inline __m128i pairOf(int32_t a, int32_t b) {
-    return _mm_set_epi16(static_cast<int16_t>(b), static_cast<int16_t>(a), static_cast<int16_t>(b),
-                         static_cast<int16_t>(a), static_cast<int16_t>(b), static_cast<int16_t>(a),
-                         static_cast<int16_t>(b), static_cast<int16_t>(a));
-}
-
-// Eight 32-bit values, as two halves.
-struct Wide {
-    __m128i lo;
-    __m128i hi;
-};
-[[gnu::always_inline]] inline Wide operator+(Wide a, Wide b) {
-    return {_mm_add_epi32(a.lo, b.lo), _mm_add_epi32(a.hi, b.hi)};
-}
-[[gnu::always_inline]] inline Wide operator-(Wide a, Wide b) {
-    return {_mm_sub_epi32(a.lo, b.lo), _mm_sub_epi32(a.hi, b.hi)};
-}
-// a * x + b * y for eight (x, y).
-[[gnu::always_inline]] inline Wide madd(__m128i x, __m128i y, int32_t a, int32_t b) {
-    const __m128i k = pairOf(a, b);
-    return {_mm_madd_epi16(_mm_unpacklo_epi16(x, y), k), _mm_madd_epi16(_mm_unpackhi_epi16(x, y), k)};
-}
-template <int Shift>
-[[gnu::always_inline]] inline __m128i shiftDown(Wide v) {
-    return _mm_packs_epi32(_mm_srai_epi32(v.lo, Shift), _mm_srai_epi32(v.hi, Shift));
-}
-
-// The same transform as inverse8, on eight lanes at once: s[k] holds the k-th input of each. The
-// products are regrouped so each output is two pairwise multiply-adds; integer sums don't care about
-// the grouping, so the results are the plain version's to the bit.
-template <int Shift>
-[[gnu::always_inline]] inline void inverse8x8(__m128i* s, __m128i bias) {
-    const Wide even2 = madd(s[2], s[6], k0_541, k0_541 - k1_847);
-    const Wide even3 = madd(s[2], s[6], k0_541 + k0_765, k0_541);
-    // The rounding bias goes in once here rather than into each output.
-    const Wide rounding{bias, bias};
-    const Wide even0 = madd(s[0], s[4], 1 << kConstBits, 1 << kConstBits) + rounding;
-    const Wide even1 = madd(s[0], s[4], 1 << kConstBits, -(1 << kConstBits)) + rounding;
-    const Wide e10 = even0 + even3;
-    const Wide e13 = even0 - even3;
-    const Wide e11 = even1 + even2;
-    const Wide e12 = even1 - even2;
-
-    const Wide odd7 = madd(s[7], s[3], k0_298 - k0_899 - k1_961 + k1_175, k1_175 - k1_961) +
-                      madd(s[5], s[1], k1_175, k1_175 - k0_899);
-    const Wide odd5 = madd(s[7], s[3], k1_175, k1_175 - k2_562) +
-                      madd(s[5], s[1], k2_053 - k2_562 - k0_390 + k1_175, k1_175 - k0_390);
-    const Wide odd3 = madd(s[7], s[3], k1_175 - k1_961, k3_072 - k2_562 - k1_961 + k1_175) +
-                      madd(s[5], s[1], k1_175 - k2_562, k1_175);
-    const Wide odd1 = madd(s[7], s[3], k1_175 - k0_899, k1_175) +
-                      madd(s[5], s[1], k1_175 - k0_390, k1_501 - k0_899 - k0_390 + k1_175);
-
-    s[0] = shiftDown<Shift>(e10 + odd1);
-    s[7] = shiftDown<Shift>(e10 - odd1);
-    s[1] = shiftDown<Shift>(e11 + odd3);
-    s[6] = shiftDown<Shift>(e11 - odd3);
-    s[2] = shiftDown<Shift>(e12 + odd5);
-    s[5] = shiftDown<Shift>(e12 - odd5);
-    s[3] = shiftDown<Shift>(e13 + odd7);
-    s[4] = shiftDown<Shift>(e13 - odd7);
-}
-
-[[gnu::always_inline]] inline void transpose8x8(__m128i* r) {
-    const __m128i a0 = _mm_unpacklo_epi16(r[0], r[1]);
-    const __m128i a1 = _mm_unpackhi_epi16(r[0], r[1]);
-    const __m128i a2 = _mm_unpacklo_epi16(r[2], r[3]);
-    const __m128i a3 = _mm_unpackhi_epi16(r[2], r[3]);
-    const __m128i a4 = _mm_unpacklo_epi16(r[4], r[5]);
-    const __m128i a5 = _mm_unpackhi_epi16(r[4], r[5]);
-    const __m128i a6 = _mm_unpacklo_epi16(r[6], r[7]);
-    const __m128i a7 = _mm_unpackhi_epi16(r[6], r[7]);
-    const __m128i b0 = _mm_unpacklo_epi32(a0, a2);
-    const __m128i b1 = _mm_unpackhi_epi32(a0, a2);
-    const __m128i b2 = _mm_unpacklo_epi32(a1, a3);
-    const __m128i b3 = _mm_unpackhi_epi32(a1, a3);
-    const __m128i b4 = _mm_unpacklo_epi32(a4, a6);
-    const __m128i b5 = _mm_unpackhi_epi32(a4, a6);
-    const __m128i b6 = _mm_unpacklo_epi32(a5, a7);
-    const __m128i b7 = _mm_unpackhi_epi32(a5, a7);
-    r[0] = _mm_unpacklo_epi64(b0, b4);
-    r[1] = _mm_unpackhi_epi64(b0, b4);
-    r[2] = _mm_unpacklo_epi64(b1, b5);
-    r[3] = _mm_unpackhi_epi64(b1, b5);
-    r[4] = _mm_unpacklo_epi64(b2, b6);
-    r[5] = _mm_unpackhi_epi64(b2, b6);
-    r[6] = _mm_unpacklo_epi64(b3, b7);
-    r[7] = _mm_unpackhi_epi64(b3, b7);
-}
-
 void idctBlockSse2(const int16_t* block, uint8_t* out, size_t stride) {
     __m128i r[8];
     for (int i = 0; i < 8; ++i) {
         r[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 8 * i));
     }
-    // Rows of registers are rows of coefficients, so the first pass runs down the columns directly.
-    constexpr int shift1 = kConstBits - kPass1Bits;
-    constexpr int shift2 = kConstBits + kPass1Bits + 3;
-    inverse8x8<shift1>(r, _mm_set1_epi32(1 << (shift1 - 1)));
-    transpose8x8(r);
-    inverse8x8<shift2>(r, _mm_set1_epi32((1 << (shift2 - 1)) + (128 << shift2)));
-    transpose8x8(r);
+    inverseDct(r);
     for (int i = 0; i < 8; i += 2) {
         const __m128i two = _mm_packus_epi16(r[i], r[i + 1]);
         _mm_storel_epi64(reinterpret_cast<__m128i*>(out + static_cast<size_t>(i) * stride), two);
@@ -271,29 +144,6 @@ void idctBlockSse2(const int16_t* block, uint8_t* out, size_t stride) {
     _mm_storeu_si128(o + 2, _mm_or_si128(_mm_srli_si128(p2, 8), _mm_slli_si128(p3, 4)));
 }
 
-// Colour terms of eight pixels. For 1.402 and 1.772 the whole part is added apart and the rest taken
-// from a high multiply of twice the value, rounded with one more shift: exactly (x * k + 2^15) >> 16.
-struct Bgr16 {
-    __m128i b, g, r;
-};
-[[gnu::always_inline]] inline Bgr16 yccTerms(__m128i y, __m128i cb, __m128i cr) {
-    const __m128i one = _mm_set1_epi16(1);
-    const __m128i rPart = _mm_srai_epi16(
-        _mm_add_epi16(_mm_mulhi_epi16(_mm_add_epi16(cr, cr), _mm_set1_epi16(colourFix(1.40200) - 65536)), one), 1);
-    const __m128i bPart = _mm_srai_epi16(
-        _mm_add_epi16(
-            _mm_mulhi_epi16(_mm_add_epi16(cb, cb), _mm_set1_epi16(static_cast<int16_t>(colourFix(1.77200) - 131072))),
-            one),
-        1);
-    // Green: -0.34414 Cb' - 0.71414 Cr' as -Cr' plus a multiply-add, rounded once.
-    const __m128i half = _mm_set1_epi32(kHalf);
-    const Wide sum = madd(cb, cr, -colourFix(0.34414), 65536 - colourFix(0.71414));
-    const __m128i gPart = _mm_packs_epi32(_mm_srai_epi32(_mm_add_epi32(sum.lo, half), kColourBits),
-                                          _mm_srai_epi32(_mm_add_epi32(sum.hi, half), kColourBits));
-    return {_mm_add_epi16(_mm_add_epi16(y, cb), _mm_add_epi16(cb, bPart)), _mm_add_epi16(_mm_sub_epi16(y, cr), gPart),
-            _mm_add_epi16(_mm_add_epi16(y, cr), rPart)};
-}
-
 int yccToBgrSse2(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out) {
     const __m128i zero = _mm_setzero_si128();
     const __m128i centre = _mm_set1_epi16(128);
@@ -302,10 +152,10 @@ int yccToBgrSse2(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int wid
         const __m128i y8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i));
         const __m128i cb8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cb + i));
         const __m128i cr8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cr + i));
-        const Bgr16 lo = yccTerms(_mm_unpacklo_epi8(y8, zero), _mm_sub_epi16(_mm_unpacklo_epi8(cb8, zero), centre),
-                                  _mm_sub_epi16(_mm_unpacklo_epi8(cr8, zero), centre));
-        const Bgr16 hi = yccTerms(_mm_unpackhi_epi8(y8, zero), _mm_sub_epi16(_mm_unpackhi_epi8(cb8, zero), centre),
-                                  _mm_sub_epi16(_mm_unpackhi_epi8(cr8, zero), centre));
+        const auto lo = yccTerms(_mm_unpacklo_epi8(y8, zero), _mm_sub_epi16(_mm_unpacklo_epi8(cb8, zero), centre),
+                                 _mm_sub_epi16(_mm_unpacklo_epi8(cr8, zero), centre));
+        const auto hi = yccTerms(_mm_unpackhi_epi8(y8, zero), _mm_sub_epi16(_mm_unpackhi_epi8(cb8, zero), centre),
+                                 _mm_sub_epi16(_mm_unpackhi_epi8(cr8, zero), centre));
         storeBgr16(_mm_packus_epi16(lo.b, hi.b), _mm_packus_epi16(lo.g, hi.g), _mm_packus_epi16(lo.r, hi.r),
                    out + 3 * i);
     }
@@ -355,6 +205,18 @@ int upsampleH2V2Sse2(const uint8_t* nearer, const uint8_t* farther, int width, u
 
 #endif
 
+bool useAvx2() {
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+    static const bool yes = [] {
+        __builtin_cpu_init();
+        return avx2Compiled() && __builtin_cpu_supports("avx2");
+    }();
+    return yes;
+#else
+    return false;
+#endif
+}
+
 }  // namespace
 
 void idctBlockPlain(const int16_t* block, uint8_t* out, size_t stride) {
@@ -396,6 +258,20 @@ void idctBlock(const int16_t* block, int last, uint8_t* out, size_t stride) {
 #else
     idctBlockPlain(block, out, stride);
 #endif
+}
+
+void idctBlockPair(const int16_t* left,
+                   int lastLeft,
+                   const int16_t* right,
+                   int lastRight,
+                   uint8_t* out,
+                   size_t stride) {
+    if (lastLeft != 0 && lastRight != 0 && useAvx2()) {
+        idctPairAvx2(left, right, out, stride);
+        return;
+    }
+    idctBlock(left, lastLeft, out, stride);
+    idctBlock(right, lastRight, out + 8, stride);
 }
 
 void upsampleH2V1Plain(const uint8_t* in, int width, uint8_t* out) {
@@ -442,9 +318,9 @@ void yccToBgrPlain(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int w
 }
 
 void yccToBgr(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out) {
-    int done = 0;
+    int done = useAvx2() ? yccToBgrAvx2(y, cb, cr, width, out) : 0;
 #if defined(__SSE2__)
-    done = yccToBgrSse2(y, cb, cr, width, out);
+    done += yccToBgrSse2(y + done, cb + done, cr + done, width - done, out + 3 * done);
 #endif
     yccRange(y, cb, cr, done, width, out);
 }

@@ -12,6 +12,8 @@ namespace tl::jpeg {
 // `last` is the zigzag position of the last non-zero coefficient: 0 means a flat block.
 void idctBlock(const int16_t* block, int last, uint8_t* out, size_t stride);
 void idctBlockPlain(const int16_t* block, uint8_t* out, size_t stride);
+// Two blocks side by side: the right one's samples go to out + 8.
+void idctBlockPair(const int16_t* left, int lastLeft, const int16_t* right, int lastRight, uint8_t* out, size_t stride);
 
 // Chroma upsampling. Widths count input samples; edges repeat the outermost sample.
 // Doubles across, each output 3/4 the nearer input and 1/4 the other.
@@ -31,5 +33,11 @@ void yccToBgr(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width,
 void yccToBgrPlain(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out);
 void greyToBgr(const uint8_t* y, int width, uint8_t* out);
 void rgbToBgr(const uint8_t* r, const uint8_t* g, const uint8_t* b, int width, uint8_t* out);
+
+// The AVX2 versions, from a translation unit of their own; callable only when avx2Compiled() and the
+// processor has AVX2. yccToBgrAvx2 converts whole runs of 32 pixels and says how many it did.
+bool avx2Compiled();
+void idctPairAvx2(const int16_t* left, const int16_t* right, uint8_t* out, size_t stride);
+int yccToBgrAvx2(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out);
 
 }  // namespace tl::jpeg
