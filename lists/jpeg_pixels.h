@@ -4,8 +4,8 @@
 #include <cstdint>
 
 // The pixel side of the JPEG decoder: inverse DCT, chroma upsampling and colour conversion. Each has a
-// plain version and, where the processor has SSE2, a vector one giving the very same bytes; the plain
-// ones are kept callable so the tests can hold the two to that.
+// plain version and vector ones (SSE2, and AVX2 where the processor has it) giving the very same bytes;
+// the plain ones are kept callable so the tests can hold the others to that.
 namespace tl::jpeg {
 
 // Inverse DCT of one dequantized block (natural order) into 8 rows of 8 samples, `stride` bytes apart.
