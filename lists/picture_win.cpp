@@ -6,6 +6,7 @@
 #include <wincodec.h>
 
 #include <climits>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -64,7 +65,12 @@ std::vector<uint8_t> readJpegFile(const std::wstring& path) {
 // Our own decoder goes first for JPEG files: several times faster than WIC on a big photo, and it writes
 // straight into the DIB. nullopt when it doesn't handle the file (progressive, CMYK...), for WIC to try.
 std::optional<Picture> loadJpeg(const std::wstring& path) {
-    const std::vector<uint8_t> file = readJpegFile(path);
+    std::vector<uint8_t> file;
+    try {
+        file = readJpegFile(path);
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;  // a file too big to hold: WIC reads it piece by piece
+    }
     if (file.empty()) {
         return std::nullopt;
     }
