@@ -14,20 +14,14 @@
 #include <string>
 #include <vector>
 
+#include "bench/timing.h"
 #include "lists/jpeg_decoder.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double msSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-void report(const char* what, std::vector<double> ms) {
-    std::sort(ms.begin(), ms.end());
-    std::printf("%-44s best %7.1f ms   median %7.1f ms\n", what, ms.front(), ms[ms.size() / 2]);
-}
+using tl::bench::Clock;
+using tl::bench::msSince;
+using tl::bench::report;
 
 std::vector<uint8_t> readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary | std::ios::ate);

@@ -9,21 +9,15 @@
 #include <string>
 #include <vector>
 
+#include "bench/timing.h"
 #include "lists/facts_panel_win.h"
 #include "lists/picture_win.h"
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double msSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-void report(const char* what, std::vector<double> ms) {
-    std::sort(ms.begin(), ms.end());
-    std::printf("%-34s best %8.1f ms   median %8.1f ms\n", what, ms.front(), ms[ms.size() / 2]);
-}
+using tl::bench::Clock;
+using tl::bench::msSince;
+using tl::bench::report;
 
 // Writes the picture as a BMP file, as the changer writes tl_current.bmp.
 bool writeBmp(const tl::Picture& picture, const std::string& path) {
@@ -101,9 +95,9 @@ int main(int argc, char** argv) {
     ::DestroyWindow(window);
 
     std::printf("%s: %d x %d, %d rounds\n", path.c_str(), width, height, rounds);
-    report("decode into the 24-bit DIB", load);
-    report("decode and write a BMP file", loadAndWrite);
-    report("preview copy 303 x 227", scale);
-    report("ShowImageFacts (keeping the DIB)", panel);
+    report("decode into the 24-bit DIB", load, 34);
+    report("decode and write a BMP file", loadAndWrite, 34);
+    report("preview copy 303 x 227", scale, 34);
+    report("ShowImageFacts (keeping the DIB)", panel, 34);
     return 0;
 }
