@@ -15,3 +15,5 @@
 // tracker: 3000-3999
 // hotkey: 4000-4999
 // display: 5000-5999 (the resolution submenu's items start at 5100)
+#define IDM_RESOLUTION_FIRST 5100
+#define IDM_RESOLUTION_LAST 5999

@@ -22,8 +22,9 @@ class ListBoxView {
     // The current line (ListIndex): -1 for none. In a single-selection box it is the selected line. In
     // a multiple-selection box it is the line with the focus (the caret) while any line is selected, and
     // -1 while none is: setListIndex(i) moves the caret to i and selects line i (other lines keep their
-    // selection), setListIndex(-1) clears the selection. Removing lines leaves the caret's number as it
-    // was (pulled back onto the last line), as the Win32 list box does.
+    // selection), setListIndex(-1) clears the selection, and selecting a line with setSelected brings the
+    // caret onto it too. Removing lines leaves the caret's number as it was (pulled back onto the last
+    // line), as the Win32 list box does.
     virtual int listIndex() const = 0;
     virtual void setListIndex(int index) = 0;
 

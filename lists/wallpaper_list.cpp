@@ -188,30 +188,27 @@ bool isImageFile(std::string_view name) {
 
 namespace {
 
-// The sort works on slot numbers and precomputed keys, so that a move is a copy of one integer and a
-// comparison never lower-cases a path again; the entries are put in their new order at the end.
+// The sort works on small records (the key's place and the entry's slot) over one buffer of
+// lower-cased paths, so that a move copies 16 bytes and a comparison never lower-cases a path again;
+// the entries are put in their new order at the end.
 class EntrySorter {
   public:
-    EntrySorter(const WallpaperEntries& entries, int lo, int hi, RandomSource& random) : random_(random) {
-        const auto count = static_cast<size_t>(hi - lo + 1);
+    EntrySorter(const WallpaperEntries& entries, int lo, int hi, RandomSource& random) : random_(random), base_(lo) {
         size_t bytes = 0;
         for (int i = lo; i <= hi; ++i) {
             bytes += entries[static_cast<size_t>(i)].path.size();
         }
         keyText_.resize(bytes);
-        keys_.reserve(count);
-        order_.reserve(count);
+        items_.reserve(static_cast<size_t>(hi - lo + 1));
         size_t at = 0;
         for (int i = lo; i <= hi; ++i) {
             const std::string& path = entries[static_cast<size_t>(i)].path;
             for (size_t k = 0; k < path.size(); ++k) {
                 keyText_[at + k] = lowerCaseChar(path[k]);
             }
-            keys_.push_back({at, path.size()});
-            order_.push_back(static_cast<uint32_t>(i));
+            items_.push_back({keyText_.data() + at, static_cast<uint32_t>(path.size()), static_cast<uint32_t>(i)});
             at += path.size();
         }
-        base_ = lo;
     }
 
     // Runs the quicksort. Recursion is replaced by a stack of ranges taken in the same order (the lower
@@ -238,9 +235,9 @@ class EntrySorter {
 
     void apply(WallpaperEntries& entries) const {
         std::vector<WallpaperEntry> sorted;
-        sorted.reserve(order_.size());
-        for (uint32_t from : order_) {
-            sorted.push_back(std::move(entries[from]));
+        sorted.reserve(items_.size());
+        for (const Item& item : items_) {
+            sorted.push_back(std::move(entries[item.entry]));
         }
         for (size_t k = 0; k < sorted.size(); ++k) {
             entries[static_cast<size_t>(base_) + k] = std::move(sorted[k]);
@@ -248,20 +245,18 @@ class EntrySorter {
     }
 
   private:
-    struct Key {
-        size_t offset;
-        size_t length;
+    struct Item {
+        const char* key;
+        uint32_t length;
+        uint32_t entry;
+        std::string_view view() const { return {key, length}; }
     };
     struct Partition {
         int pivotSlot;
         bool restEqual;  // the pivot ended at lo and every other key equals it
     };
 
-    std::string_view key(uint32_t entry) const {
-        const Key& k = keys_[entry - static_cast<uint32_t>(base_)];
-        return std::string_view(keyText_).substr(k.offset, k.length);
-    }
-    uint32_t& slot(int i) { return order_[static_cast<size_t>(i - base_)]; }
+    Item& slot(int i) { return items_[static_cast<size_t>(i - base_)]; }
 
     int drawPivot(int lo, int hi) {
         const double r = random_.next() * static_cast<double>(hi - lo + 1);
@@ -271,8 +266,8 @@ class EntrySorter {
 
     Partition partition(int lo, int hi) {
         const int p = drawPivot(lo, hi);
-        const uint32_t pivot = slot(p);
-        const std::string_view pivotKey = key(pivot);
+        const Item pivot = slot(p);
+        const std::string_view pivotKey = pivot.view();
         slot(p) = slot(lo);
         int i = lo;
         int j = hi;
@@ -280,7 +275,7 @@ class EntrySorter {
         bool allEqual = true;
         for (;;) {
             while (j > i) {
-                const int c = key(slot(j)).compare(pivotKey);
+                const int c = slot(j).view().compare(pivotKey);
                 if (c < 0) {
                     break;
                 }
@@ -294,7 +289,7 @@ class EntrySorter {
             slot(i) = slot(j);
             ++i;
             moved = true;
-            while (i < j && key(slot(i)).compare(pivotKey) < 0) {
+            while (i < j && slot(i).view().compare(pivotKey) < 0) {
                 ++i;
             }
             if (i >= j) {
@@ -315,10 +310,9 @@ class EntrySorter {
     }
 
     RandomSource& random_;
+    int base_;
     std::string keyText_;
-    std::vector<Key> keys_;
-    std::vector<uint32_t> order_;
-    int base_ = 0;
+    std::vector<Item> items_;
 };
 
 }  // namespace

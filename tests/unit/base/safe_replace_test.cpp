@@ -7,42 +7,14 @@
 
 #include "base/file_system.h"
 #include "base/file_system_posix.h"
+#include "support/faulty_file_system.h"
 #include "support/temp_dir.h"
 
 namespace tl {
 namespace {
 
-struct Crash {};
-
-// Passes through to the disk until the chosen step, where it stops the way a crash or a full disk
-// would: a partial write, or nothing after a point.
-class FaultyFileSystem : public PosixFileSystem {
-public:
-    enum class Fault { None, CrashDuringWrite, DiskFullDuringWrite, CrashBeforeMove, CrashAfterMove };
-    Fault fault = Fault::None;
-    size_t bytesBeforeFault = 0;
-
-    bool writeNewFile(const std::string& path, std::string_view contents) override {
-        if (fault == Fault::CrashDuringWrite || fault == Fault::DiskFullDuringWrite) {
-            PosixFileSystem::writeNewFile(path, contents.substr(0, std::min(bytesBeforeFault, contents.size())));
-            if (fault == Fault::CrashDuringWrite) {
-                throw Crash{};
-            }
-            return false;
-        }
-        return PosixFileSystem::writeNewFile(path, contents);
-    }
-    bool moveReplacing(const std::string& from, const std::string& to) override {
-        if (fault == Fault::CrashBeforeMove) {
-            throw Crash{};
-        }
-        const bool ok = PosixFileSystem::moveReplacing(from, to);
-        if (fault == Fault::CrashAfterMove) {
-            throw Crash{};
-        }
-        return ok;
-    }
-};
+using test::Crash;
+using test::FaultyFileSystem;
 
 std::string listText(char c, size_t lines) {
     std::string s;
@@ -72,8 +44,7 @@ TEST(SafeReplace, AnInterruptionAtAnyPointLeavesTheOldOrTheNewFile) {
             }
             const std::string now = dir.read("a.wall");
             ASSERT_TRUE(now == oldText || now == newText)
-                << "fault " << static_cast<int>(fault) << " after " << cut << " bytes left " << now.size()
-                << " bytes";
+                << "fault " << static_cast<int>(fault) << " after " << cut << " bytes left " << now.size() << " bytes";
             if (reported) {
                 EXPECT_EQ(now, newText);
             }

@@ -5,42 +5,14 @@
 
 #include "base/file_system_posix.h"
 #include "lists/wallpaper_list.h"
+#include "support/faulty_file_system.h"
 #include "support/temp_dir.h"
 
 namespace tl {
 namespace {
 
-struct Crash {};
-
-// Lets a chosen number of bytes reach the disk, then fails the way the machine would: the process
-// dies (an exception here), or the disk is full and the write reports failure.
-class InterruptedFileSystem : public PosixFileSystem {
-  public:
-    enum class Stop { CrashWriting, DiskFull, CrashBeforeRename, CrashAfterRename };
-    Stop stop = Stop::CrashWriting;
-    size_t bytesWritten = 0;
-
-    bool writeNewFile(const std::string& path, std::string_view contents) override {
-        if (stop == Stop::CrashWriting || stop == Stop::DiskFull) {
-            PosixFileSystem::writeNewFile(path, contents.substr(0, std::min(bytesWritten, contents.size())));
-            if (stop == Stop::CrashWriting) {
-                throw Crash{};
-            }
-            return false;
-        }
-        return PosixFileSystem::writeNewFile(path, contents);
-    }
-    bool moveReplacing(const std::string& from, const std::string& to) override {
-        if (stop == Stop::CrashBeforeRename) {
-            throw Crash{};
-        }
-        const bool moved = PosixFileSystem::moveReplacing(from, to);
-        if (stop == Stop::CrashAfterRename) {
-            throw Crash{};
-        }
-        return moved;
-    }
-};
+using test::Crash;
+using test::FaultyFileSystem;
 
 WallpaperEntries makeList(const std::string& prefix, int n) {
     WallpaperEntries e;
@@ -57,27 +29,27 @@ TEST(ListWriteSafety, AWriteInterruptedAnywhereLeavesTheOldListOrTheNewOne) {
     const TrackedFolders folders{"", "D:\\Photos"};
     const std::string oldText = listFileText(oldList, folders);
     const std::string newText = listFileText(newList, folders);
-    using S = InterruptedFileSystem::Stop;
-    for (S stop : {S::CrashWriting, S::DiskFull, S::CrashBeforeRename, S::CrashAfterRename}) {
+    using F = FaultyFileSystem::Fault;
+    for (F fault : {F::CrashDuringWrite, F::DiskFullDuringWrite, F::CrashBeforeMove, F::CrashAfterMove}) {
         for (size_t cut = 0; cut <= newText.size(); cut += 61) {
             test::TempDir dir;
             PosixFileSystem disk;
             writeListFile(disk, oldList, dir.file("my.wall"), folders);
             ASSERT_EQ(dir.read("my.wall"), oldText);
 
-            InterruptedFileSystem fs;
-            fs.stop = stop;
-            fs.bytesWritten = cut;
+            FaultyFileSystem fs;
+            fs.fault = fault;
+            fs.bytesBeforeFault = cut;
             try {
                 writeListFile(fs, newList, dir.file("my.wall"), folders);
             } catch (const Crash&) {
             }
             const std::string now = dir.read("my.wall");
-            ASSERT_TRUE(now == oldText || now == newText) << "stopped (" << static_cast<int>(stop) << ") after " << cut
+            ASSERT_TRUE(now == oldText || now == newText) << "stopped (" << static_cast<int>(fault) << ") after " << cut
                                                           << " bytes: " << now.size() << " bytes left";
             const auto back = readListFile(disk, dir.file("my.wall"), ListReader::Manager, 0);
             EXPECT_EQ(imageCount(back.entries), now == oldText ? 40 : 60);
-            if (stop == S::DiskFull) {
+            if (fault == F::DiskFullDuringWrite) {
                 EXPECT_EQ(now, oldText);
                 EXPECT_FALSE(dir.exists("my.wall.new")) << "a failed write leaves no temporary file behind";
             }

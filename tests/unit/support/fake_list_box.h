@@ -87,6 +87,9 @@ class FakeListBox : public ListBoxView {
             return;
         }
         selected_[at(index)] = selected;
+        if (selected) {
+            current_ = index;  // selecting a line brings the caret onto it, as LB_SETSEL does
+        }
     }
     int selectedCount() const override {
         int n = 0;

@@ -40,24 +40,29 @@ inline void checkListBoxContract(ListBoxView& box, bool multiSelect) {
         EXPECT_TRUE(box.isSelected(2));
         EXPECT_TRUE(box.isSelected(4));
         EXPECT_EQ(box.selectedCount(), 2);
-        EXPECT_EQ(box.listIndex(), 2) << "selecting does not move the current line";
+        EXPECT_EQ(box.listIndex(), 4) << "selecting a line brings the caret onto it";
         box.setSelected(2, false);
-        EXPECT_EQ(box.listIndex(), 2) << "the caret stays while any line is selected";
+        EXPECT_EQ(box.listIndex(), 4) << "deselecting another line leaves the caret";
         EXPECT_EQ(box.selectedCount(), 1);
-        box.setListIndex(-1);
-        EXPECT_EQ(box.selectedCount(), 0);
-        EXPECT_EQ(box.listIndex(), -1);
+        box.setSelected(4, false);
+        EXPECT_EQ(box.listIndex(), -1) << "with nothing selected nothing is current";
         box.setListIndex(3);
         box.setSelected(1, true);
+        EXPECT_EQ(box.listIndex(), 1);
         box.remove(0);  // before the caret: the caret keeps its number
         EXPECT_EQ(box.count(), 4);
-        EXPECT_EQ(box.listIndex(), 3);
+        EXPECT_EQ(box.listIndex(), 1);
         EXPECT_TRUE(box.isSelected(0)) << "the selection moves with its lines";
         EXPECT_TRUE(box.isSelected(2));
         EXPECT_EQ(box.selectedCount(), 2);
+        box.setListIndex(3);
         box.remove(3);  // the caret line, the last one: the caret comes back onto the new last line
         EXPECT_EQ(box.count(), 3);
         EXPECT_EQ(box.listIndex(), 2);
+        EXPECT_EQ(box.selectedCount(), 2);
+        box.setListIndex(-1);
+        EXPECT_EQ(box.selectedCount(), 0);
+        EXPECT_EQ(box.listIndex(), -1);
     } else {
         EXPECT_FALSE(box.isSelected(2));
         EXPECT_TRUE(box.isSelected(4));

@@ -1,0 +1,111 @@
+#include "lists/facts_panel_win.h"
+
+#include <algorithm>
+
+#include "base/file_system_win.h"
+#include "lists/image_facts.h"
+
+namespace tl {
+
+FactsPanel::~FactsPanel() {
+    if (preview && ::IsWindow(preview)) {
+        ::SendMessageA(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
+    }
+}
+
+Picture FactsPanel::takePicture() {
+    Picture p = picture_ ? std::move(*picture_) : Picture();
+    picture_.reset();
+    return p;
+}
+
+void FactsPanel::clearPreview() {
+    if (preview) {
+        ::ShowWindow(preview, SW_HIDE);
+        ::SendMessageA(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
+    }
+    previewBitmap_.reset();
+}
+
+void FactsPanel::showPreview(Picture scaled, int width, int height) {
+    unique_hbitmap bitmap = scaled.releaseBitmap();
+    const auto handle = reinterpret_cast<LPARAM>(bitmap.get());
+    ::SendMessageA(preview, STM_SETIMAGE, IMAGE_BITMAP, handle);
+    // A static control of common controls 6 may keep a copy of its own instead; then the copy is the one
+    // to free later, and ours can go now.
+    const auto shown = reinterpret_cast<HBITMAP>(::SendMessageA(preview, STM_GETIMAGE, IMAGE_BITMAP, 0));
+    if (shown && shown != bitmap.get()) {
+        bitmap.reset(shown);
+    }
+    previewBitmap_ = std::move(bitmap);
+    ::SetWindowPos(preview, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ::ShowWindow(preview, SW_SHOW);
+}
+
+bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
+    const bool needDimensions = entry.height == 0 || entry.width == 0;
+    const bool needSize = entry.size == 0;
+
+    panel.releasePicture();
+    panel.clearPreview();
+    std::optional<Picture> picture = loadPicture(entry.path);
+    if (!picture) {
+        return false;
+    }
+    Win32FileSystem fs;
+    const std::optional<FileFacts> facts = fs.facts(entry.path);
+    if (!facts) {
+        return false;
+    }
+
+    if (needDimensions) {
+        entry.height = picture->height();
+        entry.width = picture->width();
+    }
+    const int32_t height = entry.height;
+    const int32_t width = entry.width;
+
+    if (panel.preview) {
+        int boxWidth = 0;
+        int boxHeight = 0;
+        if (const auto fit = fitPreview(width, height, panel.previewDefaultWidth, panel.previewDefaultHeight)) {
+            boxWidth = fit->width;
+            boxHeight = fit->height;
+        } else {
+            RECT r{};
+            ::GetClientRect(panel.preview, &r);
+            boxWidth = r.right;
+            boxHeight = r.bottom;
+        }
+        // A side rounded to nothing still shows a line of one pixel rather than no picture at all.
+        boxWidth = std::max(boxWidth, 1);
+        boxHeight = std::max(boxHeight, 1);
+        Picture scaled = scaledPicture(*picture, boxWidth, boxHeight);
+        if (!scaled) {
+            return false;
+        }
+        panel.showPreview(std::move(scaled), boxWidth, boxHeight);
+    }
+
+    if (panel.fdate) {
+        ::SetWindowTextA(panel.fdate, dateText(facts->modified).c_str());
+    }
+    if (needSize) {
+        entry.size = static_cast<double>(facts->size);
+    }
+    if (panel.fsize) {
+        ::SetWindowTextA(panel.fsize, sizeText(entry.size).c_str());
+    }
+    if (panel.dimensions) {
+        ::SetWindowTextA(panel.dimensions, dimensionsText(width, height).c_str());
+    }
+    if (panel.prevFrame && (::GetWindowLongA(panel.prevFrame, GWL_STYLE) & WS_VISIBLE) == 0) {
+        ::ShowWindow(panel.prevFrame, SW_SHOW);
+    }
+    if (panel.keepPicture) {
+        panel.picture_ = std::move(picture);
+    }
+    return true;
+}
+
+}  // namespace tl

@@ -1,0 +1,99 @@
+#include "lists/list_box_win.h"
+
+#include <string>
+
+namespace tl {
+
+namespace {
+
+WPARAM asWParam(int i) {
+    return static_cast<WPARAM>(i);
+}
+
+}  // namespace
+
+bool Win32ListBox::multiSelect() const {
+    return (::GetWindowLongA(hwnd_, GWL_STYLE) & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL)) != 0;
+}
+
+int Win32ListBox::count() const {
+    const auto n = static_cast<int>(send(LB_GETCOUNT));
+    return n < 0 ? 0 : n;
+}
+
+std::string Win32ListBox::text(int index) const {
+    const auto length = static_cast<int>(send(LB_GETTEXTLEN, asWParam(index)));
+    if (length < 0) {
+        return {};
+    }
+    std::string out(static_cast<size_t>(length) + 1, '\0');
+    const auto got = static_cast<int>(send(LB_GETTEXT, asWParam(index), reinterpret_cast<LPARAM>(out.data())));
+    out.resize(got < 0 ? 0 : static_cast<size_t>(got));
+    return out;
+}
+
+void Win32ListBox::clear() {
+    send(LB_RESETCONTENT);
+}
+
+void Win32ListBox::add(std::string_view text) {
+    const std::string z(text);
+    send(LB_INSERTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(z.c_str()));
+}
+
+void Win32ListBox::remove(int index) {
+    send(LB_DELETESTRING, asWParam(index));
+}
+
+int Win32ListBox::listIndex() const {
+    if (!multiSelect()) {
+        return static_cast<int>(send(LB_GETCURSEL));
+    }
+    // The caret of a fresh box already stands on line 0; with nothing selected nothing is current.
+    if (send(LB_GETSELCOUNT) <= 0) {
+        return -1;
+    }
+    return static_cast<int>(send(LB_GETCARETINDEX));
+}
+
+void Win32ListBox::setListIndex(int index) {
+    if (!multiSelect()) {
+        send(LB_SETCURSEL, asWParam(index));
+    } else if (index < 0) {
+        send(LB_SETSEL, FALSE, -1);
+    } else {
+        send(LB_SETSEL, TRUE, index);
+        send(LB_SETCARETINDEX, asWParam(index), FALSE);
+    }
+}
+
+bool Win32ListBox::isSelected(int index) const {
+    return send(LB_GETSEL, asWParam(index)) > 0;
+}
+
+void Win32ListBox::setSelected(int index, bool selected) {
+    if (multiSelect()) {
+        send(LB_SETSEL, selected ? TRUE : FALSE, index);
+    } else if (selected) {
+        send(LB_SETCURSEL, asWParam(index));
+    } else if (send(LB_GETCURSEL) == index) {
+        send(LB_SETCURSEL, static_cast<WPARAM>(-1));
+    }
+}
+
+int Win32ListBox::selectedCount() const {
+    if (!multiSelect()) {
+        return send(LB_GETCURSEL) >= 0 ? 1 : 0;
+    }
+    const auto n = static_cast<int>(send(LB_GETSELCOUNT));
+    return n < 0 ? 0 : n;
+}
+
+int Win32ListBox::findExact(std::string_view text, int startAfter) const {
+    const std::string z(text);
+    const auto found =
+        static_cast<int>(send(LB_FINDSTRINGEXACT, asWParam(startAfter), reinterpret_cast<LPARAM>(z.c_str())));
+    return found < 0 ? -1 : found;
+}
+
+}  // namespace tl

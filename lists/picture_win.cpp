@@ -1,0 +1,159 @@
+#include "lists/picture_win.h"
+
+#include "lists/picture_scale.h"
+
+#include <wincodec.h>
+
+#include <climits>
+#include <utility>
+
+namespace tl {
+
+namespace {
+
+std::wstring widePath(const std::string& path) {
+    if (path.empty()) {
+        return {};
+    }
+    const int n = ::MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), nullptr, 0);
+    std::wstring out(static_cast<size_t>(n), L'\0');
+    ::MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), out.data(), n);
+    return out;
+}
+
+BITMAPINFOHEADER dibHeader(int width, int height) {
+    BITMAPINFOHEADER h{};
+    h.biSize = sizeof h;
+    h.biWidth = width;
+    h.biHeight = height;  // positive: bottom-up, as BMP files store their rows
+    h.biPlanes = 1;
+    h.biBitCount = 24;
+    h.biCompression = BI_RGB;
+    h.biSizeImage = static_cast<DWORD>(Picture::rowBytes(width) * static_cast<size_t>(height));
+    return h;
+}
+
+}  // namespace
+
+BITMAPINFOHEADER Picture::infoHeader() const {
+    return dibHeader(width_, height_);
+}
+
+Picture Picture::create(int width, int height) {
+    Picture p;
+    if (width <= 0 || height <= 0 || rowBytes(width) > static_cast<size_t>(INT_MAX) / static_cast<size_t>(height)) {
+        return p;
+    }
+    BITMAPINFO info{};
+    info.bmiHeader = dibHeader(width, height);
+    void* bits = nullptr;
+    p.bitmap_.reset(::CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    if (!p.bitmap_ || !bits) {
+        return Picture();
+    }
+    p.bits_ = static_cast<BYTE*>(bits);
+    p.width_ = width;
+    p.height_ = height;
+    return p;
+}
+
+unique_hbitmap Picture::releaseBitmap() {
+    bits_ = nullptr;
+    width_ = 0;
+    height_ = 0;
+    return std::move(bitmap_);
+}
+
+std::optional<Picture> loadPicture(const std::string& path) {
+    scoped_com_init com;
+    com_ptr<IWICImagingFactory> factory;
+    com_ptr<IWICBitmapDecoder> decoder;
+    com_ptr<IWICBitmapFrameDecode> frame;
+    const std::wstring wide = widePath(path);
+    if (FAILED(::CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
+                                  factory.put_void())) ||
+        FAILED(factory->CreateDecoderFromFilename(wide.c_str(), nullptr, GENERIC_READ, WICDecodeMetadataCacheOnDemand,
+                                                  decoder.put())) ||
+        FAILED(decoder->GetFrame(0, frame.put()))) {
+        return std::nullopt;
+    }
+    UINT width = 0;
+    UINT height = 0;
+    WICPixelFormatGUID format{};
+    if (FAILED(frame->GetSize(&width, &height)) || FAILED(frame->GetPixelFormat(&format)) || width == 0 ||
+        height == 0 || width > INT_MAX / 3 || height > INT_MAX) {
+        return std::nullopt;
+    }
+
+    // JPEG and 24-bit BMP decode straight to the DIB's layout; anything else goes through converters
+    // that hand out the same rows. Paletted and grey pictures pass through 32-bit BGRA first, the one
+    // road to 24 bits that every WIC (Wine's too) has.
+    IWICBitmapSource* source = frame.get();
+    com_ptr<IWICFormatConverter> toBgra;
+    com_ptr<IWICFormatConverter> toBgr;
+    if (!IsEqualGUID(format, GUID_WICPixelFormat24bppBGR)) {
+        if (!IsEqualGUID(format, GUID_WICPixelFormat32bppBGRA) && !IsEqualGUID(format, GUID_WICPixelFormat32bppBGR)) {
+            if (FAILED(factory->CreateFormatConverter(toBgra.put())) ||
+                FAILED(toBgra->Initialize(source, GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone, nullptr, 0.0,
+                                          WICBitmapPaletteTypeCustom))) {
+                return std::nullopt;
+            }
+            source = toBgra.get();
+        }
+        if (FAILED(factory->CreateFormatConverter(toBgr.put())) ||
+            FAILED(toBgr->Initialize(source, GUID_WICPixelFormat24bppBGR, WICBitmapDitherTypeNone, nullptr, 0.0,
+                                     WICBitmapPaletteTypeCustom))) {
+            return std::nullopt;
+        }
+        source = toBgr.get();
+    }
+
+    Picture picture = Picture::create(static_cast<int>(width), static_cast<int>(height));
+    if (!picture) {
+        return std::nullopt;
+    }
+    // WIC hands rows out top first; each one goes straight to its place in the bottom-up DIB, so the
+    // pixels are copied once.
+    const size_t stride = picture.stride();
+    BYTE* const bits = picture.bits();
+    for (UINT y = 0; y < height; ++y) {
+        const WICRect row{0, static_cast<INT>(y), static_cast<INT>(width), 1};
+        BYTE* const target = bits + static_cast<size_t>(height - 1 - y) * stride;
+        if (FAILED(source->CopyPixels(&row, static_cast<UINT>(stride), static_cast<UINT>(stride), target))) {
+            return std::nullopt;
+        }
+    }
+    return picture;
+}
+
+Picture scaledPicture(const Picture& source, int width, int height) {
+    Picture out = Picture::create(width, height);
+    if (!out || !source) {
+        return Picture();
+    }
+    if (width <= source.width() && height <= source.height()) {
+        // Averaged by hand: GDI's halftone stretching samples on some systems, and a photo shrunk twenty
+        // times then shimmers.
+        shrinkPixels(source.bits(), source.width(), source.height(), source.stride(), out.bits(), width, height,
+                     out.stride());
+        return out;
+    }
+    unique_hdc from(::CreateCompatibleDC(nullptr));
+    unique_hdc to(::CreateCompatibleDC(nullptr));
+    if (!from || !to) {
+        return Picture();
+    }
+    bool drawn = false;
+    {
+        scoped_select_object selectFrom(from.get(), source.bitmap());
+        scoped_select_object selectTo(to.get(), out.bitmap());
+        ::SetStretchBltMode(to.get(), HALFTONE);
+        ::SetBrushOrgEx(to.get(), 0, 0, nullptr);
+        drawn = ::StretchBlt(to.get(), 0, 0, width, height, from.get(), 0, 0, source.width(), source.height(),
+                             SRCCOPY) != 0;
+    }
+    ::GdiFlush();
+    return drawn ? std::move(out) : Picture();
+}
+
+}  // namespace tl
