@@ -72,6 +72,20 @@ enum ChangerCommand : int {
     mnuListItemLast = 1999,
 };
 
+// The controls of frmMain's panel.
+enum ChangerControl : int {
+    idList1 = 1300,
+    idOrType,
+    idPreview,
+    idPrevFrame,
+    idLabel1,
+    idFsize,
+    idLabel2,
+    idFdate,
+    idLabel3,
+    idDimensions,
+};
+
 // One item of a pop-up menu table. depth 0 items belong to the pop-up itself, depth 1 items to the
 // nearest depth 0 item before them, which is then a submenu. A caption of "-" is a separator.
 struct MenuItemDef {
