@@ -13,14 +13,13 @@
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
 #include "changer/menus_win.h"
-#include "changer/scaler_win.h"
+#include "changer/pictures_win.h"
 #include "changer/tray_win.h"
 #include "display/resolution_menu_win.h"
 #include "display/screen_resolution_win.h"
 #include "hotkey/reg_hot_key_win.h"
 #include "lists/facts_panel_win.h"
 #include "lists/list_box_win.h"
-#include "lists/picture_win.h"
 #include "manager/manager_form_win.h"
 
 namespace tl {
@@ -34,7 +33,7 @@ constexpr UINT kMinuteTimerInterval = 60000;
 constexpr int kPreviewWidth = 200;
 constexpr int kPreviewHeight = 150;
 
-class MainWindow : public Window, private MainFormHost, private WallpaperPictures {
+class MainWindow : public Window, private MainFormHost {
   public:
     MainWindow() = default;
 
@@ -78,26 +77,11 @@ class MainWindow : public Window, private MainFormHost, private WallpaperPicture
     void applyIconTextOptions() override {}
     void makeIconTextTransparent(bool) override {}
 
-    // WallpaperPictures
-    bool showImageFacts(WallpaperEntry& entry) override;
-    bool saveCurrentBitmap(const std::string& bitmapPath) override;
-    bool scaleImageFile(const std::string& sourcePath,
-                        const std::string& targetPath,
-                        double factor,
-                        int32_t height,
-                        int32_t width,
-                        bool loadScaled) override {
-        return tl::scaleImageFile(sourcePath, targetPath, factor, height, width, loadScaled);
-    }
-    void releasePicture() override { facts_.releasePicture(); }
-    void clearPreview() override;
-    void hidePreviewFrame() override { ::ShowWindow(facts_.prevFrame, SW_HIDE); }
-
     HWND orType_ = nullptr;
     HWND labels_[3] = {};
     std::unique_ptr<Win32ListBox> list1_;
     FactsPanel facts_;
-    std::string shownPath_;  // the picture the preview holds
+    Win32WallpaperPictures pictures_{facts_};
     MainMenus menus_;
     bool menusDirty_ = true;
     Win32Desktop desktop_;
@@ -121,7 +105,7 @@ void MainWindow::load() {
     createControls();
     tray_ = std::make_unique<Win32TrayIcon>(hwnd());
     form_ = std::make_unique<frmMain>(p.app, p.fs, sharedRandom(), static_cast<MainFormHost&>(*this), desktop_,
-                                      static_cast<WallpaperPictures&>(*this), *tray_);
+                                      pictures_, *tray_);
     form_->onLoad();
 }
 
@@ -157,10 +141,12 @@ LRESULT MainWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
     }
     switch (msg) {
         case kTrayCallbackMessage:
-            if (form_) {
+            // The tray's callback carries the icon's id and the mouse message; a real mouse move over the
+            // panel carries key flags and a position, and is not a tray event.
+            if (form_ && wParam == kTrayIconId && HIWORD(lParam) == 0) {
                 form_->onTrayMouse(static_cast<long>(LOWORD(lParam)));
             }
-            return 0;
+            break;
         case WM_TIMER:
             if (wParam == kMinuteTimerId && form_) {
                 form_->onMinuteTimer();
@@ -331,33 +317,6 @@ void MainWindow::showFactsLabels() {
 
 bool MainWindow::livesInTray() {
     return !::IsWindowVisible(hwnd()) || ::IsIconic(hwnd());
-}
-
-bool MainWindow::showImageFacts(WallpaperEntry& entry) {
-    if (!ShowImageFacts(entry, facts_)) {
-        shownPath_.clear();
-        return false;
-    }
-    shownPath_ = entry.path;
-    return true;
-}
-
-bool MainWindow::saveCurrentBitmap(const std::string& bitmapPath) {
-    if (const Picture* picture = facts_.picture()) {
-        return writeBitmapFile(*picture, bitmapPath);
-    }
-    // The full picture went after the last apply; the preview still shows it, so it is decoded again.
-    if (shownPath_.empty()) {
-        return false;
-    }
-    const std::optional<Picture> picture = loadPicture(shownPath_);
-    return picture && writeBitmapFile(*picture, bitmapPath);
-}
-
-void MainWindow::clearPreview() {
-    facts_.clearPreview();
-    facts_.releasePicture();
-    shownPath_.clear();
 }
 
 std::unique_ptr<MainWindow> mainWindow;
