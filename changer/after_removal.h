@@ -7,7 +7,7 @@ class ListBoxView;
 // The parts of a window that a removal from its list touches: the list box, the preview panel, and the
 // list box's click handling. Both frmMain and frmManager offer it.
 class RemovalForm {
-  public:
+public:
     virtual ~RemovalForm() = default;
     virtual ListBoxView& removalList() = 0;
     // Empties the preview's picture and its tag (the path it shows).
