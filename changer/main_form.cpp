@@ -435,12 +435,7 @@ void frmMain::refreshMenus() {
     menus_.setChecked(mnuTrayRandom, s.Mode == 1);
     menus_.setChecked(mnuPaused, app_.paused);
     menus_.setChecked(mnuTrayPause, app_.paused);
-    menus_.setChecked(mnuAutoShutdown, s.AutomaticShutdown);
-    menus_.setChecked(mnuAutoShowDesktop, s.AutomaticShowOnDesktop);
-    menus_.setChecked(mnuOptUseActiveDesktop, s.UseActiveDesktop);
-    menus_.setChecked(mnuSmartSwitch, s.SmartSwitch);
-    menus_.setChecked(mnuTransIcon, s.TransText);
-    menus_.setChecked(mnuTrapIEWallpaper, s.TrapIEWallpaper);
+    // The desktop options' check marks are theirs to keep.
     host_.menusChanged();
 }
 

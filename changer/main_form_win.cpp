@@ -9,14 +9,19 @@
 #include "app/resource_ids.h"
 #include "base/random.h"
 #include "base/window_win.h"
+#include "changer/about_window_win.h"
 #include "changer/commands.h"
+#include "changer/delay_dialog_win.h"
+#include "changer/desktop_options_win.h"
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
 #include "changer/menus_win.h"
 #include "changer/pictures_win.h"
+#include "changer/preview_window_win.h"
 #include "changer/tray_win.h"
 #include "display/resolution_menu_win.h"
 #include "display/screen_resolution_win.h"
+#include "hotkey/hotkey_form_win.h"
 #include "hotkey/reg_hot_key_win.h"
 #include "lists/facts_panel_win.h"
 #include "lists/list_box_win.h"
@@ -29,6 +34,7 @@ namespace {
 constexpr const char* kMainClass = "TessalineMain";
 constexpr UINT_PTR kMinuteTimerId = 1;
 constexpr UINT kMinuteTimerInterval = 60000;
+constexpr UINT_PTR kTransTimerId = 2;  // the desktop options' one-second timer
 // The preview's box on the panel, in 96-DPI units.
 constexpr int kPreviewWidth = 200;
 constexpr int kPreviewHeight = 150;
@@ -47,8 +53,12 @@ class MainWindow : public Window, private MainFormHost {
   private:
     void createControls();
     void onCommand(int id, int code, HWND control);
+    bool onOptionsCommand(int id);
     void onDestroy();
     void syncMenus();
+    // Pops up one of frmMain's menus at the cursor, its check marks and captions brought up to date; the
+    // chosen item arrives as WM_COMMAND. (The panel pops up menus_.options() and menus_.file() so too.)
+    void popUpMenu(HMENU menu);
 
     // MainFormHost
     ListBoxView& list1() override { return *list1_; }
@@ -69,13 +79,13 @@ class MainWindow : public Window, private MainFormHost {
     void loadTracker(const TrackedFolders&) override {}
     void allowTrackerUnload() override {}
     void unloadTracker() override {}
-    void showDelayDialog() override {}
+    void showDelayDialog() override;
     void applyMainMode(int16_t) override {}
     void preparePanel() override {}
     void showFactsLabels() override;
     bool livesInTray() override;
-    void applyIconTextOptions() override {}
-    void makeIconTextTransparent(bool) override {}
+    void applyIconTextOptions() override { options_->load(kTransTimerId); }
+    void makeIconTextTransparent(bool redraw) override { options_->makeIconTextTransparent(redraw); }
 
     HWND orType_ = nullptr;
     HWND labels_[3] = {};
@@ -86,6 +96,7 @@ class MainWindow : public Window, private MainFormHost {
     bool menusDirty_ = true;
     Win32Desktop desktop_;
     std::unique_ptr<Win32TrayIcon> tray_;
+    std::unique_ptr<Win32DesktopOptions> options_;
     Win32DisplayPlatform displayPlatform_;
     ResolutionMenu resolutionMenu_{displayPlatform_, program().ui};
     Win32SwitchHotKey hotKey_;
@@ -104,6 +115,9 @@ void MainWindow::load() {
     formLoaded();
     createControls();
     tray_ = std::make_unique<Win32TrayIcon>(hwnd());
+    // A wallpaper caught from the browser is to join the running list as added files do; that waits for
+    // the list editing (addPaper), until then the saved copy stays off the list.
+    options_ = std::make_unique<Win32DesktopOptions>(hwnd(), p.app.settings, p.fs, [](const std::string&) {});
     form_ = std::make_unique<frmMain>(p.app, p.fs, sharedRandom(), static_cast<MainFormHost&>(*this), desktop_,
                                       pictures_, *tray_);
     form_->onLoad();
@@ -150,6 +164,8 @@ LRESULT MainWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
         case WM_TIMER:
             if (wParam == kMinuteTimerId && form_) {
                 form_->onMinuteTimer();
+            } else if (wParam == kTransTimerId && options_) {
+                options_->onTransTimer();
             }
             return 0;
         case WM_COMMAND:
@@ -202,6 +218,9 @@ void MainWindow::onCommand(int id, int code, HWND control) {
     if (form_ && form_->onMenuCommand(id)) {
         return;
     }
+    if (onOptionsCommand(id)) {
+        return;
+    }
     switch (id) {
         case mnuTrayDisplayProps: {
             // The display control panel, in a normal window; a failure to start it is not reported.
@@ -217,10 +236,56 @@ void MainWindow::onCommand(int id, int code, HWND control) {
             }
             break;
         }
-        default:
-            // The items of the desktop options, the tracker, the hot key dialog, the preview, the about box
-            // and the panel are handled by their own windows.
+        case mnuAbout:
+        case mnuTrayAbout:
+            showAbout(hwnd());
             break;
+        case mnuPreview:
+            if (form_ && list1_->listIndex() >= 0) {
+                showPreview(list1_->text(list1_->listIndex()), program().app.settings);
+            }
+            break;
+        case mnuOptionsChangeHotkey:
+            // The new key is registered at the next start.
+            showHotkeyDialog(hwnd());
+            break;
+        default:
+            // Still to come: the panel (mnuShowPanel, mnuSetDefaultSaveDir), the list editing (mnuDelete,
+            // mnuTrayDelete) and the tracker window (mnuTrackedFolders). mnuRename and mnuIconTextColour do
+            // nothing, on purpose.
+            break;
+    }
+}
+
+bool MainWindow::onOptionsCommand(int id) {
+    const std::pair<int, OptionItem> toggles[] = {
+        {mnuSmartSwitch, OptionItem::mnuSmartSwitch},
+        {mnuAutoShowDesktop, OptionItem::mnuAutoShowDesktop},
+        {mnuAutoShutdown, OptionItem::mnuAutoShutdown},
+        {mnuOptUseActiveDesktop, OptionItem::mnuOptUseActiveDesktop},
+        {mnuTrapIEWallpaper, OptionItem::mnuTrapIEWallpaper},
+        {mnuTransIcon, OptionItem::mnuTransIcon},
+        {mnuOptionsHideIcons, OptionItem::mnuOptionsHideIcons},
+        {mnuTrayDisplayHideIcons, OptionItem::mnuTrayDisplayHideIcons},
+    };
+    for (const auto& [command, item] : toggles) {
+        if (id == command) {
+            options_->toggleOption(item);
+            return true;
+        }
+    }
+    switch (id) {
+        case mnuDisplayDisableSS:
+            options_->disableScreenSaver();
+            return true;
+        case mnuDisplayEnableSS:
+            options_->enableScreenSaver();
+            return true;
+        case mnuStartSaver:
+            options_->startScreenSaver();
+            return true;
+        default:
+            return false;
     }
 }
 
@@ -229,6 +294,7 @@ void MainWindow::onDestroy() {
         form_->unload();
     }
     setMinuteTimer(false);
+    ::KillTimer(hwnd(), kTransTimerId);
     hotKey_.remove();
     facts_.clearPreview();
     facts_.releasePicture();
@@ -250,19 +316,53 @@ void MainWindow::syncMenus() {
         menus_.apply(form_->menus());
         menusDirty_ = false;
     }
+    // The desktop options keep their own check marks: the settings they toggle, and the icons' state.
+    const auto commandOf = [](OptionItem item) -> UINT {
+        switch (item) {
+            case OptionItem::mnuSmartSwitch:
+                return mnuSmartSwitch;
+            case OptionItem::mnuAutoShowDesktop:
+                return mnuAutoShowDesktop;
+            case OptionItem::mnuAutoShutdown:
+                return mnuAutoShutdown;
+            case OptionItem::mnuOptUseActiveDesktop:
+                return mnuOptUseActiveDesktop;
+            case OptionItem::mnuTrapIEWallpaper:
+                return mnuTrapIEWallpaper;
+            case OptionItem::mnuTransIcon:
+                return mnuTransIcon;
+            case OptionItem::mnuOptionsHideIcons:
+                return mnuOptionsHideIcons;
+            case OptionItem::mnuTrayDisplayHideIcons:
+                return mnuTrayDisplayHideIcons;
+        }
+        return 0;
+    };
+    for (HMENU menu : {menus_.tray(), menus_.options()}) {
+        options_->setCheckMarks(menu, commandOf);
+    }
+}
+
+void MainWindow::showDelayDialog() {
+    Program& p = program();
+    tl::showDelayDialog(hwnd(), p.app.settings, p.decimalSeparator);
 }
 
 void MainWindow::popUpTrayMenu() {
     if (HMENU res = menus_.submenu(mnuChangeRes)) {
         resolutionMenu_.fill(res, hwnd());
     }
+    popUpMenu(menus_.tray());
+}
+
+void MainWindow::popUpMenu(HMENU menu) {
     syncMenus();
     POINT at{};
     ::GetCursorPos(&at);
     // Without the foreground the menu would not close when the user clicks elsewhere, and the message
     // after it makes the second pop-up work as well.
     ::SetForegroundWindow(hwnd());
-    ::TrackPopupMenuEx(menus_.tray(), TPM_LEFTALIGN | TPM_RIGHTBUTTON, at.x, at.y, hwnd(), nullptr);
+    ::TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_RIGHTBUTTON, at.x, at.y, hwnd(), nullptr);
     ::PostMessageA(hwnd(), WM_NULL, 0, 0);
 }
 

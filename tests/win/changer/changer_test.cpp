@@ -186,6 +186,27 @@ TEST_F(Changer, QuitFromTheTrayMenuWritesTheListAndTheSettings) {
     EXPECT_NE(std::find(settings.begin(), settings.end(), "LastList=" + list()), settings.end());
 }
 
+TEST_F(Changer, TheDelayChosenFromTheTrayMenuIsSavedAtQuit) {
+    writeSettings();
+    writeList({{"a.bmp", "bmp", 64, 48, 0xCC3300}}, {"0"});
+    RunningProgram tl(dir);
+    HWND form = mainWindow(tl);
+    ASSERT_NE(form, nullptr);
+    ASSERT_TRUE(waitFor([&] { return dir.exists("tl_current.bmp"); }));
+    ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Delay"));
+    HWND dialog = tl.waitForWindow(nullptr, "Delay", seconds(10), true);
+    ASSERT_NE(dialog, nullptr) << "the delay dialog did not open";
+    // The minutes shown are selected: typing replaces them.
+    ASSERT_TRUE(waitFor([&] { return ::GetForegroundWindow() == dialog; }));
+    ASSERT_TRUE(pressKeys({}, '7'));
+    ASSERT_TRUE(pressKeys({}, VK_RETURN));
+    ASSERT_TRUE(waitFor([&] { return !::IsWindow(dialog) || !::IsWindowVisible(dialog); }));
+    ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Quit"));
+    ASSERT_TRUE(tl.hasExited(seconds(10)));
+    const std::vector<std::string> settings = dir.lines("setup.pref");
+    EXPECT_NE(std::find(settings.begin(), settings.end(), "Delay=7"), settings.end());
+}
+
 TEST_F(Changer, AnUnloadablePictureLeavesTheListAndTheNextIsApplied) {
     writeSettings();
     dir.write("broken.jpg", "this is no picture at all");

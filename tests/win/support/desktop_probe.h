@@ -17,8 +17,9 @@ void postTrayMouse(HWND form, UINT mouseMessage);
 
 // Opens the tray menu with the right button and chooses the item with that caption with the keyboard
 // (arrow keys, then Enter), the way a user would. The pop-up's items can't be read from another process,
-// so visibleCaptions lists the menu's items as the user sees them, "-" for a separator. False when the
-// menu did not open or close, or the caption is not in the list.
+// so visibleCaptions lists the menu's items in order, "-" for a separator (a caption the program changes
+// at run time, as "Delay (5)", may be given as designed). False when the menu did not open or close, or
+// the caption is not in the list.
 bool chooseTrayMenuItem(HWND form, const std::vector<std::string>& visibleCaptions, const std::string& caption);
 
 // The tray menu's items in order, as the user sees them.
