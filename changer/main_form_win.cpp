@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "app/program_win.h"
 #include "app/resource_ids.h"
@@ -35,6 +36,19 @@ constexpr const char* kMainClass = "TessalineMain";
 constexpr UINT_PTR kMinuteTimerId = 1;
 constexpr UINT kMinuteTimerInterval = 60000;
 constexpr UINT_PTR kTransTimerId = 2;  // the desktop options' one-second timer
+
+// The menu items that toggle a desktop option.
+constexpr std::pair<int, OptionItem> kOptionCommands[] = {
+    {mnuSmartSwitch, OptionItem::mnuSmartSwitch},
+    {mnuAutoShowDesktop, OptionItem::mnuAutoShowDesktop},
+    {mnuAutoShutdown, OptionItem::mnuAutoShutdown},
+    {mnuOptUseActiveDesktop, OptionItem::mnuOptUseActiveDesktop},
+    {mnuTrapIEWallpaper, OptionItem::mnuTrapIEWallpaper},
+    {mnuTransIcon, OptionItem::mnuTransIcon},
+    {mnuOptionsHideIcons, OptionItem::mnuOptionsHideIcons},
+    {mnuTrayDisplayHideIcons, OptionItem::mnuTrayDisplayHideIcons},
+};
+
 // The preview's box on the panel, in 96-DPI units.
 constexpr int kPreviewWidth = 200;
 constexpr int kPreviewHeight = 150;
@@ -258,17 +272,7 @@ void MainWindow::onCommand(int id, int code, HWND control) {
 }
 
 bool MainWindow::onOptionsCommand(int id) {
-    const std::pair<int, OptionItem> toggles[] = {
-        {mnuSmartSwitch, OptionItem::mnuSmartSwitch},
-        {mnuAutoShowDesktop, OptionItem::mnuAutoShowDesktop},
-        {mnuAutoShutdown, OptionItem::mnuAutoShutdown},
-        {mnuOptUseActiveDesktop, OptionItem::mnuOptUseActiveDesktop},
-        {mnuTrapIEWallpaper, OptionItem::mnuTrapIEWallpaper},
-        {mnuTransIcon, OptionItem::mnuTransIcon},
-        {mnuOptionsHideIcons, OptionItem::mnuOptionsHideIcons},
-        {mnuTrayDisplayHideIcons, OptionItem::mnuTrayDisplayHideIcons},
-    };
-    for (const auto& [command, item] : toggles) {
+    for (const auto& [command, item] : kOptionCommands) {
         if (id == command) {
             options_->toggleOption(item);
             return true;
@@ -318,23 +322,10 @@ void MainWindow::syncMenus() {
     }
     // The desktop options keep their own check marks: the settings they toggle, and the icons' state.
     const auto commandOf = [](OptionItem item) -> UINT {
-        switch (item) {
-            case OptionItem::mnuSmartSwitch:
-                return mnuSmartSwitch;
-            case OptionItem::mnuAutoShowDesktop:
-                return mnuAutoShowDesktop;
-            case OptionItem::mnuAutoShutdown:
-                return mnuAutoShutdown;
-            case OptionItem::mnuOptUseActiveDesktop:
-                return mnuOptUseActiveDesktop;
-            case OptionItem::mnuTrapIEWallpaper:
-                return mnuTrapIEWallpaper;
-            case OptionItem::mnuTransIcon:
-                return mnuTransIcon;
-            case OptionItem::mnuOptionsHideIcons:
-                return mnuOptionsHideIcons;
-            case OptionItem::mnuTrayDisplayHideIcons:
-                return mnuTrayDisplayHideIcons;
+        for (const auto& [command, option] : kOptionCommands) {
+            if (option == item) {
+                return static_cast<UINT>(command);
+            }
         }
         return 0;
     };
