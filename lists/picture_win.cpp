@@ -5,7 +5,9 @@
 
 #include <wincodec.h>
 
+#include <algorithm>
 #include <climits>
+#include <cstring>
 #include <new>
 #include <utility>
 #include <vector>
@@ -172,15 +174,21 @@ std::optional<Picture> loadPicture(const std::string& path) {
     if (!picture) {
         return std::nullopt;
     }
-    // WIC hands rows out top first; each one goes straight to its place in the bottom-up DIB, so the
-    // pixels are copied once.
+    // WIC hands rows out top first, and each call crosses into the codec (under Wine, into its Unix side,
+    // at some cost per call), so rows are asked for in strips and then put in their bottom-up places.
+    constexpr UINT kStripRows = 64;
     const size_t stride = picture.stride();
     BYTE* const bits = picture.bits();
-    for (UINT y = 0; y < height; ++y) {
-        const WICRect row{0, static_cast<INT>(y), static_cast<INT>(width), 1};
-        BYTE* const target = bits + static_cast<size_t>(height - 1 - y) * stride;
-        if (FAILED(source->CopyPixels(&row, static_cast<UINT>(stride), static_cast<UINT>(stride), target))) {
+    std::vector<BYTE> strip(stride * std::min<UINT>(kStripRows, height));
+    for (UINT y = 0; y < height; y += kStripRows) {
+        const UINT rows = std::min<UINT>(kStripRows, height - y);
+        const WICRect rect{0, static_cast<INT>(y), static_cast<INT>(width), static_cast<INT>(rows)};
+        if (FAILED(
+                source->CopyPixels(&rect, static_cast<UINT>(stride), static_cast<UINT>(stride * rows), strip.data()))) {
             return std::nullopt;
+        }
+        for (UINT k = 0; k < rows; ++k) {
+            std::memcpy(bits + static_cast<size_t>(height - 1 - y - k) * stride, strip.data() + k * stride, stride);
         }
     }
     return picture;
