@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cstdio>
+
 #include <chrono>
 #include <functional>
 #include <initializer_list>
@@ -40,6 +42,20 @@ inline bool clickWindow(HWND window) {
     }
     const int x = (r.left + r.right) / 2;
     const int y = (r.top + r.bottom) / 2;
+    // A window left on screen by an earlier test may cover the button: bring ours forward first and
+    // click only once the point is really over it.
+    const POINT centre{x, y};
+    for (int i = 0; i < 80 && ::WindowFromPoint(centre) != window; ++i) {
+        ::SetForegroundWindow(::GetAncestor(window, GA_ROOT));
+        ::Sleep(25);
+    }
+    if (HWND over = ::WindowFromPoint(centre); over != window) {
+        char cls[128] = {}, title[128] = {};
+        ::GetClassNameA(over, cls, sizeof cls);
+        ::GetWindowTextA(::GetAncestor(over, GA_ROOT), title, sizeof title);
+        std::fprintf(stderr, "clickWindow: the point is over %s in \"%s\"\n", cls, title);
+        return false;
+    }
     const int width = ::GetSystemMetrics(SM_CXSCREEN);
     const int height = ::GetSystemMetrics(SM_CYSCREEN);
     INPUT in[3]{};

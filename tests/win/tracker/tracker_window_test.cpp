@@ -201,7 +201,9 @@ TEST_F(TrackerWindow, RemoveTakesTheSelectedFolderAndStopsWatchingIt) {
 // and presses one of its buttons.
 class BrowseDialogUser {
   public:
-    explicit BrowseDialogUser(int button) : thread_([this, button] { run(button); }) {}
+    // expectedSelection: the folder name the dialog must have selected before the button is pressed.
+    explicit BrowseDialogUser(int button, std::string expectedSelection = "")
+        : expected_(std::move(expectedSelection)), thread_([this, button] { run(button); }) {}
     ~BrowseDialogUser() { thread_.join(); }
 
     std::string caption;
@@ -209,6 +211,24 @@ class BrowseDialogUser {
     std::atomic<bool> seen{false};
 
   private:
+    static std::string selectedFolderName(HWND dialog) {
+        HWND tree = ::FindWindowExA(dialog, nullptr, "SysTreeView32", nullptr);
+        if (!tree) {
+            return {};
+        }
+        const auto item = reinterpret_cast<HTREEITEM>(::SendMessageA(tree, TVM_GETNEXTITEM, TVGN_CARET, 0));
+        char text[MAX_PATH] = {};
+        TVITEMA tv{};
+        tv.mask = TVIF_TEXT;
+        tv.hItem = item;
+        tv.pszText = text;
+        tv.cchTextMax = MAX_PATH;
+        if (!item || !::SendMessageA(tree, TVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&tv))) {
+            return {};
+        }
+        return text;
+    }
+
     void run(int button) {
         HWND dialog = nullptr;
         const DWORD pid = ::GetCurrentProcessId();
@@ -227,7 +247,13 @@ class BrowseDialogUser {
         if (!dialog) {
             return;
         }
-        std::this_thread::sleep_for(milliseconds(300));  // the starting folder is selected after the caption
+        // The starting folder is selected after the dialog shows, and later still on a busy machine.
+        for (int i = 0; i < 200 && !expected_.empty() && selectedFolderName(dialog) != expected_; ++i) {
+            std::this_thread::sleep_for(milliseconds(25));
+        }
+        if (expected_.empty()) {
+            std::this_thread::sleep_for(milliseconds(300));
+        }
         caption = windowText(dialog);
         ::EnumChildWindows(
             dialog,
@@ -240,6 +266,7 @@ class BrowseDialogUser {
         ::PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), 0);
     }
 
+    std::string expected_;
     std::thread thread_;
 };
 
@@ -251,13 +278,13 @@ TEST_F(TrackerWindow, AddBrowsesFromTheWallpaperDirectoryThenFromTheLastFolder) 
     showTracker(session.host);
     HWND add = childWithText(window, "&Add");
     {
-        BrowseDialogUser user(IDOK);
+        BrowseDialogUser user(IDOK, "Walls");
         click(add);
         ASSERT_TRUE(waitFor([&] { return user.seen.load(); })) << "no browse dialog";
     }
     program().app.settings.WallpaperDirectory = session.folder("Photos");
     {
-        BrowseDialogUser user(IDOK);
+        BrowseDialogUser user(IDOK, "Walls");
         click(add);
         ASSERT_TRUE(waitFor([&] { return user.seen.load(); }));
         EXPECT_EQ(user.caption, "Select a folder you want to track");
