@@ -13,7 +13,7 @@ namespace {
 constexpr const char* kManagerClass = "TessalineManager";
 
 class ManagerForm : public Window {
-public:
+  public:
     void load() {
         registerClass(kManagerClass, ::LoadIconA(program().instance, MAKEINTRESOURCEA(1)));
         const std::string& path = program().app.listPath;
@@ -24,7 +24,7 @@ public:
         }
     }
 
-protected:
+  protected:
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override {
         if (msg == WM_DESTROY) {
             formUnloaded();

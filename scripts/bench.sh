@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs the benchmarks and prints their figures. The native ones are built in build/bench, optimised and
 # without sanitizers. With --pictures it also times the Windows picture layer under Wine on a generated
-# 24-megapixel JPEG, beside djpeg decoding the same file.
+# 24-megapixel JPEG, beside djpeg decoding the same file. With --manager it also times the list manager
+# on a real LISTBOX under Wine (20,000 files added to a 20,000-entry list).
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -22,7 +23,28 @@ for bench in build/bench/*_bench; do
     "$bench"
 done
 
-if [ "${1:-}" = "--pictures" ]; then
+want() {
+    local a
+    for a in "${args[@]}"; do
+        [ "$a" = "$1" ] && return 0
+    done
+    return 1
+}
+args=("$@")
+
+if want --manager; then
+    "$root/scripts/build.sh" >/dev/null
+    (
+        # shellcheck source=lib/wine-session.sh
+        source "$root/scripts/lib/wine-session.sh"
+        trap wine_session_stop EXIT
+        wine_session_start
+        echo "== manager_bench_win (under Wine) =="
+        wine ./build/windows/manager_bench_win.exe
+    )
+fi
+
+if want --pictures; then
     "$root/scripts/build.sh" >/dev/null
     work=$(mktemp -d /tmp/tessaline-bench.XXXXXX)
     picture="$work/photo24mp.jpg"
