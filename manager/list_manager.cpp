@@ -22,11 +22,11 @@ struct UnreadablePicture {};
 
 }  // namespace
 
-DeleteMode deleteModeFor(bool shift, bool ctrl) {
-    if (shift && !ctrl) {
+DeleteMode deleteModeFor(bool shift, bool ctrl, bool alt) {
+    if (shift && !ctrl && !alt) {
         return {false, true};
     }
-    if (ctrl && !shift) {
+    if (ctrl && !shift && !alt) {
         return {false, false};
     }
     return {true, true};

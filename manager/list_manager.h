@@ -24,8 +24,9 @@ struct DeleteMode {
     bool operator==(const DeleteMode&) const = default;
 };
 // SHIFT alone: for good through the shell, which asks first; CTRL alone: for good, directly, without a
-// question; anything else: to the recycle bin through the shell, which asks first.
-DeleteMode deleteModeFor(bool shift, bool ctrl);
+// question; anything else (nothing, or any other combination): to the recycle bin through the shell,
+// which asks first.
+DeleteMode deleteModeFor(bool shift, bool ctrl, bool alt);
 
 // The platform pieces the list manager works through.
 struct ManagerServices {

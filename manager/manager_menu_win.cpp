@@ -1,5 +1,7 @@
 #include "manager/manager_menu_win.h"
 
+#include <string_view>
+
 #include "manager/manager_ids.h"
 
 namespace tl {
@@ -43,7 +45,7 @@ unique_hmenu buildPopupMenu(const std::vector<MenuLine>& lines) {
 
 void applyOptionChecks(HMENU menu, const OptionChecks& checks) {
     const auto check = [menu](UINT id, bool on) {
-        ::CheckMenuItem(menu, id, MF_BYCOMMAND | (on ? MF_CHECKED : MF_UNCHECKED));
+        ::CheckMenuItem(menu, id, static_cast<UINT>(MF_BYCOMMAND | (on ? MF_CHECKED : MF_UNCHECKED)));
     };
     check(IDM_CHECK_DUPLICATES, checks.checkDuplicates);
     check(IDM_AUTO_SORT_FOLDER, checks.autoSortFolder);
