@@ -99,9 +99,9 @@ draw_manager_icon() { # $1 name, $2 size, $3 output
     "${cmd[@]}" "$3"
 }
 for name in add_folder add_files remove_file kill_file kern; do
-    for s in 16 20 24 32 48; do
+    for s in 16 20 24 32 36 48; do
         draw_manager_icon $name $s "$tmp/$name-$s.png"
     done
-    convert "$tmp/$name"-{16,20,24,32,48}.png "$mout/$name.ico"
+    convert "$tmp/$name"-{16,20,24,32,36,48}.png "$mout/$name.ico"
 done
 echo "manager pictures written to $mout"

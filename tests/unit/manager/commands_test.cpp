@@ -176,18 +176,19 @@ TEST_F(Commands, RemoveWithNothingSelectedBeeps) {
 struct ModifierCase {
     bool shift;
     bool ctrl;
+    bool alt;
     DeleteMode want;
 };
 
 TEST(DeleteModes, ShiftDeletesThroughTheShellCtrlDeletesDirectlyTheRestRecycle) {
     const ModifierCase cases[] = {
-        {false, false, {true, true}},
-        {true, false, {false, true}},
-        {false, true, {false, false}},
-        {true, true, {true, true}},
+        {false, false, false, {true, true}},  {true, false, false, {false, true}}, {false, true, false, {false, false}},
+        {true, true, false, {true, true}},    {true, false, true, {true, true}},   {false, true, true, {true, true}},
+        {false, false, true, {true, true}},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(deleteModeFor(c.shift, c.ctrl), c.want) << "shift " << c.shift << " ctrl " << c.ctrl;
+        EXPECT_EQ(deleteModeFor(c.shift, c.ctrl, c.alt), c.want)
+            << "shift " << c.shift << " ctrl " << c.ctrl << " alt " << c.alt;
     }
 }
 
