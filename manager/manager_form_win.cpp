@@ -82,6 +82,7 @@ void ManagerWindow::load() {
     browser_.setPath(program().fs.isDirectory(wallpapers) ? wallpapers : program().app.programDir);
     manager_->load(screen.CurrentHRes(hwnd()), screen.CurrentVRes(hwnd()));
     layout();
+    updateListExtent();
 
     if (!createPictures()) {
         endProgram(hwnd(),
@@ -100,12 +101,14 @@ LRESULT ManagerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             if (manager_) {
                 onCommand(LOWORD(wParam), HIWORD(wParam));
+                updateListExtent();
                 finishPendingClose();
             }
             return 0;
         case WM_CONTEXTMENU:
             if (manager_) {
                 onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+                updateListExtent();
                 finishPendingClose();
             }
             return 0;
@@ -117,6 +120,7 @@ LRESULT ManagerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
             return -1;
         case WM_DROPFILES:
             onDropFiles(reinterpret_cast<HDROP>(wParam));
+            updateListExtent();
             return 0;
         case WM_TIMER:
             if (wParam == IDT_ANIMATOR) {
@@ -159,6 +163,8 @@ LRESULT ManagerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_DESTROY:
             ::KillTimer(hwnd(), IDT_ANIMATOR);
+            // The menu bar is ours to free, not the window's.
+            ::SetMenu(hwnd(), nullptr);
             formUnloaded();
             return 0;
         default:

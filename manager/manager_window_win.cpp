@@ -206,6 +206,36 @@ void ManagerWindow::layout() {
     }
 }
 
+void ManagerWindow::updateListExtent() {
+    const auto count = static_cast<int>(::SendMessageA(c_.list1, LB_GETCOUNT, 0, 0));
+    if (count == extentLines_) {
+        return;
+    }
+    extentLines_ = count;
+    int longest = -1;
+    LRESULT longestLength = -1;
+    for (int i = 0; i < count; ++i) {
+        const LRESULT length = ::SendMessageA(c_.list1, LB_GETTEXTLEN, static_cast<WPARAM>(i), 0);
+        if (length > longestLength) {
+            longestLength = length;
+            longest = i;
+        }
+    }
+    int width = 0;
+    if (longest >= 0) {
+        std::string text(static_cast<size_t>(longestLength) + 1, '\0');
+        const auto got =
+            ::SendMessageA(c_.list1, LB_GETTEXT, static_cast<WPARAM>(longest), reinterpret_cast<LPARAM>(text.data()));
+        text.resize(got < 0 ? 0 : static_cast<size_t>(got));
+        unique_window_dc dc(c_.list1);
+        scoped_select_object selected(dc.get(), font_.get());
+        SIZE extent{};
+        ::GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &extent);
+        width = extent.cx + px(8);
+    }
+    ::SendMessageA(c_.list1, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width), 0);
+}
+
 // ---- ManagerView ----
 
 std::string ManagerWindow::caption() const {

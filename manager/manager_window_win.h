@@ -48,7 +48,8 @@ class ManagerWindow : public Window, private ManagerView, private FileRemover {
     void place(HWND control, const LayoutRect& r) const;
     int dpi() const { return dpi_; }
     int px(int units) const { return scaleForDpi(units, dpi_); }
-    void showFrameContents();
+    // Lets List1 scroll sideways as far as its longest line reaches.
+    void updateListExtent();
 
     // Messages (manager_form_win.cpp).
     void onCommand(int id, int code);
@@ -122,6 +123,7 @@ class ManagerWindow : public Window, private ManagerView, private FileRemover {
     bool shrunk_ = false;
     int hourglass_ = 0;
     DWORD lastProgress_ = 0;
+    int extentLines_ = -1;
     enum class PendingClose { None, ShowChanger, Unload } pendingClose_ = PendingClose::None;
 };
 
