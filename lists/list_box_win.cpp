@@ -1,6 +1,9 @@
 #include "lists/list_box_win.h"
 
+#include <algorithm>
 #include <string>
+
+#include "base/unique_handle_win.h"
 
 namespace tl {
 
@@ -34,15 +37,57 @@ std::string Win32ListBox::text(int index) const {
 
 void Win32ListBox::clear() {
     send(LB_RESETCONTENT);
+    if (fitExtent_) {
+        extent_ = 0;
+        send(LB_SETHORIZONTALEXTENT, 0);
+    }
 }
 
 void Win32ListBox::add(std::string_view text) {
     const std::string z(text);
     send(LB_INSERTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(z.c_str()));
+    if (fitExtent_ && hwnd_) {
+        unique_window_dc dc(hwnd_);
+        const int width = lineWidth(dc.get(), z);
+        if (width > extent_) {
+            extent_ = width;
+            send(LB_SETHORIZONTALEXTENT, asWParam(extent_));
+        }
+    }
 }
 
 void Win32ListBox::remove(int index) {
     send(LB_DELETESTRING, asWParam(index));
+    if (fitExtent_) {
+        fitExtent();
+    }
+}
+
+int Win32ListBox::lineWidth(HDC dc, std::string_view line) const {
+    if (!dc) {
+        return 0;
+    }
+    const auto font = reinterpret_cast<HFONT>(send(WM_GETFONT));
+    scoped_select_object selected(dc, font ? static_cast<HGDIOBJ>(font) : ::GetStockObject(DEFAULT_GUI_FONT));
+    SIZE size{};
+    if (!::GetTextExtentPoint32A(dc, line.data(), static_cast<int>(line.size()), &size)) {
+        return 0;
+    }
+    return static_cast<int>(size.cx) + 8;  // a few pixels for the item's margins
+}
+
+void Win32ListBox::fitExtent() {
+    if (!hwnd_) {
+        return;
+    }
+    unique_window_dc dc(hwnd_);
+    int widest = 0;
+    const int n = count();
+    for (int i = 0; i < n; ++i) {
+        widest = std::max(widest, lineWidth(dc.get(), text(i)));
+    }
+    extent_ = widest;
+    send(LB_SETHORIZONTALEXTENT, asWParam(extent_));
 }
 
 int Win32ListBox::listIndex() const {

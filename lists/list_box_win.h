@@ -10,9 +10,17 @@ namespace tl {
 // style. Lines are always appended (never sorted in), so a line's index stays its entry's slot.
 class Win32ListBox : public ListBoxView {
   public:
+    Win32ListBox() = default;
     explicit Win32ListBox(HWND listBox) : hwnd_(listBox) {}
+    void attach(HWND listBox) { hwnd_ = listBox; }
     HWND hwnd() const { return hwnd_; }
     bool multiSelect() const;
+
+    // Keeps the box's horizontal scroll extent as wide as its widest line, for lists of paths that are
+    // wider than the box. Adding measures only the new line, so filling a long list stays linear.
+    void keepExtentFitted(bool on) { fitExtent_ = on; }
+    // Measures every line again (after a change of font).
+    void fitExtent();
 
     int count() const override;
     std::string text(int index) const override;
@@ -28,10 +36,13 @@ class Win32ListBox : public ListBoxView {
 
   private:
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
-        return ::SendMessageA(hwnd_, message, wParam, lParam);
+        return hwnd_ ? ::SendMessageA(hwnd_, message, wParam, lParam) : LB_ERR;
     }
+    int lineWidth(HDC dc, std::string_view line) const;
 
-    HWND hwnd_;
+    HWND hwnd_ = nullptr;
+    bool fitExtent_ = false;
+    int extent_ = 0;
 };
 
 }  // namespace tl

@@ -324,6 +324,40 @@ void ListManager::deleteSelected(bool recycle, bool useShell) {
     }
 }
 
+int ListManager::addTrackedFile(const std::string& path) {
+    // During an add the list is the add's; the file is picked up by the scan if it lies in its way.
+    if (busy_ || !isImageFile(path) || checkDupe(path)) {
+        return 0;
+    }
+    const int slot = s_.list1.count();
+    return addEntry(path, s_.view.addOrientation()) ? slot : 0;
+}
+
+void ListManager::removeTrackedFile(const std::string& path) {
+    const int line = s_.list1.findExact(path);
+    if (busy_ || line < 0 || line >= imageCount(entries_)) {
+        return;
+    }
+    if (entries_[static_cast<size_t>(line)].path == previewTag_) {
+        clearPreview();
+        s_.view.hidePreviewFrame();
+    }
+    entries_[static_cast<size_t>(line)].path.clear();
+    entries_ = compactEntries(entries_);
+    refillLines();
+    listChanged_ = true;
+}
+
+void ListManager::setTrackedFolders(const TrackedFolders& folders) {
+    trackedFolders_ = TrackedFolders(1);
+    for (const std::string& folder : folders) {
+        if (!folder.empty()) {
+            trackedFolders_.push_back(folder);
+        }
+    }
+    listChanged_ = true;
+}
+
 void ListManager::sortList() {
     if (imageCount(entries_) <= 0) {
         return;

@@ -70,6 +70,15 @@ class ListManager : private RemovalForm {
     void sortList();
     // A browsed file went into the preview panel: the list entry is no longer the one on show there.
     void onBrowsePreviewShown() { previewTag_.clear(); }
+    // The path of the list entry on show in the preview; empty when none is.
+    const std::string& previewedPath() const { return previewTag_; }
+
+    // The folder tracker's calls while this list is the one it keeps in step: an image file that appeared
+    // in a tracked folder (added unless listed; returns its slot, 0 when nothing was added), one that went,
+    // and the tracked folders edited (as the tracker lists them: slots 0 to n - 1, then an empty one).
+    int addTrackedFile(const std::string& path);
+    void removeTrackedFile(const std::string& path);
+    void setTrackedFolders(const TrackedFolders& folders);
 
     // The List menu.
     void newList();

@@ -25,16 +25,15 @@ void ListManager::readList(const std::string& path) {
     refillLines();
     previewTag_.clear();
     listChanged_ = false;
-    if (trackedFolders_.size() > 1) {
-        s_.view.handFoldersToTracker(trackedFolders_);
-    }
+    s_.view.handFoldersToTracker(trackedFolders_);
 }
 
 void ListManager::newList() {
     clearLines();
     entries_ = WallpaperEntries(1);
-    // A new list starts without the old one's tracked folders too.
+    // A new list starts without the old one's tracked folders too, and nothing watches them any more.
     trackedFolders_ = TrackedFolders(1);
+    s_.view.handFoldersToTracker(trackedFolders_);
     listPath_.clear();
     previewTag_.clear();
     listChanged_ = false;

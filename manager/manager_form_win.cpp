@@ -13,6 +13,7 @@
 #include "base/random.h"
 #include "base/text.h"
 #include "changer/main_form_win.h"
+#include "changer/preview_window_win.h"
 #include "display/screen_resolution_win.h"
 #include "manager/file_association.h"
 #include "manager/file_browser.h"
@@ -163,6 +164,8 @@ LRESULT ManagerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_DESTROY:
             ::KillTimer(hwnd(), IDT_ANIMATOR);
+            // A tracker loaded for this list must not outlive the window it reports to.
+            unloadTracker();
             // The menu bar is ours to free, not the window's.
             ::SetMenu(hwnd(), nullptr);
             formUnloaded();
@@ -230,6 +233,16 @@ void ManagerWindow::onCommand(int id, int code) {
                     return onKillFile();
                 case IDC_DUPE_CHECKING:
                     return m.toggleCheckDuplicates();
+                case IDC_PREVIEW:
+                    if (!m.previewedPath().empty()) {
+                        showPreview(m.previewedPath(), program().app.settings);
+                    }
+                    return;
+                case IDC_ALT_PREVIEW:
+                    if (!browsedPath_.empty()) {
+                        showPreview(browsedPath_, program().app.settings);
+                    }
+                    return;
                 default:
                     return;
             }
@@ -279,7 +292,7 @@ void ManagerWindow::onFile1Click() {
     manager_->onBrowsePreviewShown();
     WallpaperEntry browsed;
     browsed.path = joinPath(browser_.path(), name);
-    ShowImageFacts(browsed, altPanel_);
+    browsedPath_ = ShowImageFacts(browsed, altPanel_) ? browsed.path : std::string();
 }
 
 void ManagerWindow::toggleBrowser() {

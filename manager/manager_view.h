@@ -74,7 +74,8 @@ class ManagerView {
     virtual std::optional<std::string> chooseFileToOpen(const FileDialogRequest& request) = 0;
     virtual std::optional<std::string> chooseFileToSave(const FileDialogRequest& request) = 0;
 
-    // The folder tracker, which watches a list's folders.
+    // The folder tracker, which watches a list's folders: it watches these from now on (none, when only
+    // the empty slot 0 is given).
     virtual void handFoldersToTracker(const TrackedFolders& folders) = 0;
     virtual bool trackerLoaded() const = 0;
     virtual void unloadTracker() = 0;

@@ -7,13 +7,14 @@
 #include "app/program_win.h"
 #include "app/resource_ids.h"
 #include "base/text.h"
+#include "changer/about_window_win.h"
 #include "lists/list_tools_win.h"
 #include "manager/file_dialogs_win.h"
 #include "manager/frame_box_win.h"
 #include "manager/manager_ids.h"
 #include "manager/manager_menu_win.h"
 #include "manager/manager_window_win.h"
-#include "version.h"
+#include "tracker/tracker_form_win.h"
 
 namespace tl {
 
@@ -385,13 +386,46 @@ std::optional<std::string> ManagerWindow::chooseFileToSave(const FileDialogReque
     return showSaveDialog(hwnd(), request);
 }
 
-void ManagerWindow::handFoldersToTracker(const TrackedFolders&) {
-    // The folder tracker is not part of the program yet: the list keeps its folders and writes them back.
+void ManagerWindow::handFoldersToTracker(const TrackedFolders& folders) {
+    // The tracker adds the folders it is given to those it holds: another list's must go first.
+    unloadTracker();
+    if (folders.size() > 1) {
+        loadTracker(*this, folders);
+        trackerLoadedHere_ = isTrackerLoaded();
+    }
+}
+
+bool ManagerWindow::trackerLoaded() const {
+    return trackerLoadedHere_ && isTrackerLoaded();
+}
+
+void ManagerWindow::unloadTracker() {
+    if (trackerLoaded()) {
+        tl::unloadTracker();
+    }
+    trackerLoadedHere_ = false;
 }
 
 void ManagerWindow::showAbout() {
-    ::MessageBoxA(hwnd(), "Tessaline " TL_VERSION_TEXT "\r\n" TL_WEB_PAGE, "About Tessaline",
-                  MB_OK | MB_ICONINFORMATION);
+    tl::showAbout(hwnd());
+}
+
+void ManagerWindow::addPaper(const std::string& path, bool, int16_t& result) {
+    result = static_cast<int16_t>(manager_ ? manager_->addTrackedFile(path) : 0);
+    updateListExtent();
+}
+
+void ManagerWindow::deletePaper(const std::string& path, bool) {
+    if (manager_) {
+        manager_->removeTrackedFile(path);
+        updateListExtent();
+    }
+}
+
+void ManagerWindow::setTrackerList(const TrackedFolders& folders) {
+    if (manager_) {
+        manager_->setTrackedFolders(folders);
+    }
 }
 
 bool ManagerWindow::removeFileFromDisk(const std::string& path, bool recycle, bool useShell) {

@@ -15,12 +15,13 @@
 #include "manager/list_manager.h"
 #include "manager/manager_layout.h"
 #include "manager/registry_win.h"
+#include "tracker/tracker_host.h"
 
 namespace tl {
 
 // frmManager: the window, its controls and menus. Its messages become calls on ListManager, which calls
 // back through ManagerView.
-class ManagerWindow : public Window, private ManagerView, private FileRemover {
+class ManagerWindow : public Window, private ManagerView, private FileRemover, private TrackerHost {
   public:
     ManagerWindow();
     ~ManagerWindow() override;
@@ -90,14 +91,19 @@ class ManagerWindow : public Window, private ManagerView, private FileRemover {
     std::optional<std::string> chooseFileToOpen(const FileDialogRequest& request) override;
     std::optional<std::string> chooseFileToSave(const FileDialogRequest& request) override;
     void handFoldersToTracker(const TrackedFolders& folders) override;
-    bool trackerLoaded() const override { return false; }
-    void unloadTracker() override {}
+    bool trackerLoaded() const override;
+    void unloadTracker() override;
     void showChangerAndUnload() override { pendingClose_ = PendingClose::ShowChanger; }
     void unload() override { pendingClose_ = PendingClose::Unload; }
     void showAbout() override;
 
     // FileRemover.
     bool removeFileFromDisk(const std::string& path, bool recycle, bool useShell) override;
+
+    // TrackerHost: while the manager edits a list with tracked folders, the tracker keeps it in step.
+    void addPaper(const std::string& path, bool select, int16_t& result) override;
+    void deletePaper(const std::string& path, bool reselect) override;
+    void setTrackerList(const TrackedFolders& folders) override;
 
     Controls c_{};
     HWND toolTips_ = nullptr;
@@ -117,6 +123,8 @@ class ManagerWindow : public Window, private ManagerView, private FileRemover {
     std::unique_ptr<ListManager> manager_;
 
     bool browserShown_ = true;
+    bool trackerLoadedHere_ = false;
+    std::string browsedPath_;  // the browsed file on show in altPreview
     bool busyLook_ = false;
     bool kernShown_ = false;
     RECT normalRect_{};

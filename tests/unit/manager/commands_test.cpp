@@ -182,8 +182,8 @@ struct ModifierCase {
 
 TEST(DeleteModes, ShiftDeletesThroughTheShellCtrlDeletesDirectlyTheRestRecycle) {
     const ModifierCase cases[] = {
-        {false, false, false, {true, true}},  {true, false, false, {false, true}}, {false, true, false, {false, false}},
-        {true, true, false, {true, true}},    {true, false, true, {true, true}},   {false, true, true, {true, true}},
+        {false, false, false, {true, true}}, {true, false, false, {false, true}}, {false, true, false, {false, false}},
+        {true, true, false, {true, true}},   {true, false, true, {true, true}},   {false, true, true, {true, true}},
         {false, false, true, {true, true}},
     };
     for (const auto& c : cases) {
@@ -253,6 +253,38 @@ TEST_F(Commands, OptionsFlipTheirSettingsWarnWhenTheCheckGoesOffAndSave) {
     EXPECT_EQ(view.checks, (OptionChecks{true, true, kAuto}));
     EXPECT_EQ(app.settings.DefaultAddOrientation, kAuto);
     EXPECT_EQ(settingsSaves, 4);
+}
+
+}  // namespace
+}  // namespace tl::test
+
+namespace tl::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+using TrackerCalls = ManagerTest;
+
+TEST_F(TrackerCalls, FilesAppearingAndGoingInTrackedFoldersChangeTheList) {
+    manager.load(1024, 768);
+    manager.addEntry("C:\\W\\a.jpg", kCenter);
+    view.addOrientation_ = kTile;
+    EXPECT_EQ(manager.addTrackedFile("C:\\W\\b.jpg"), 1);
+    EXPECT_EQ(manager.addTrackedFile("c:\\w\\B.JPG"), 0) << "a listed path is not added twice";
+    EXPECT_EQ(manager.addTrackedFile("C:\\W\\notes.txt"), 0);
+    EXPECT_EQ(manager.entries()[1].orientation, kTile);
+
+    list1.setListIndex(0);
+    manager.onList1Click();
+    manager.removeTrackedFile("c:\\w\\A.jpg");
+    manager.removeTrackedFile("C:\\W\\never.jpg");
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\W\\b.jpg"));
+    expectAligned();
+    EXPECT_EQ(manager.previewedPath(), "") << "the removed entry was on show";
+
+    manager.setTrackedFolders({"C:\\W", "D:\\X", ""});
+    EXPECT_THAT(manager.trackedFolders(), ElementsAre("", "C:\\W", "D:\\X"));
+    EXPECT_TRUE(manager.listChanged());
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ class FakeManagerView : public ManagerView {
 
     void handFoldersToTracker(const TrackedFolders& folders) override {
         trackerFolders = folders;
-        trackerLoaded_ = true;
+        trackerLoaded_ = folders.size() > 1;
     }
     bool trackerLoaded() const override { return trackerLoaded_; }
     void unloadTracker() override {

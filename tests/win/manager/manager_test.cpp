@@ -17,6 +17,7 @@
 #include "manager/manager_menu.h"
 #include "manager/manager_menu_win.h"
 #include "support/program_dir.h"
+#include "support/remote_window.h"
 #include "support/running_program.h"
 #include "support/window_driver.h"
 
@@ -83,9 +84,9 @@ std::string settingValue(const ProgramDir& dir, const char* key) {
 struct Manager {
     explicit Manager(const ProgramDir& dir, const std::string& arguments = "/setup") : program(dir, arguments) {
         window = program.waitForWindow("TessalineManager", nullptr, seconds(15), true);
-        list1 = findChild(window, IDC_LIST1);
-        dir1 = findChild(window, IDC_DIR1);
-        file1 = findChild(window, IDC_FILE1);
+        list1 = findControl(window, IDC_LIST1);
+        dir1 = findControl(window, IDC_DIR1);
+        file1 = findControl(window, IDC_FILE1);
     }
     std::vector<std::string> lines() const { return listLines(list1); }
     bool waitForLines(size_t n) const {
@@ -109,9 +110,9 @@ TEST(ListManager, SetupShowsTheListNamedOnTheCommandLine) {
     ASSERT_NE(m.window, nullptr) << "the list manager did not open";
     EXPECT_EQ(windowText(m.window), "Tessaline (" + dir.file("Summer.wall") + ")");
     EXPECT_THAT(m.lines(), ElementsAre(dir.file("sea.jpg"), dir.file("hills.bmp")));
-    EXPECT_EQ(windowText(findChild(m.window, IDC_FILE_COUNT)), " 2 total files.") << "File1 shows the program folder";
+    EXPECT_EQ(windowText(findControl(m.window, IDC_FILE_COUNT)), " 2 total files.") << "File1 shows the program folder";
     for (const char* text : {"Browse for files", "Preview", "Control selected files"}) {
-        EXPECT_NE(findChildByText(m.window, nullptr, text), nullptr) << text;
+        EXPECT_NE(findChild(m.window, "TessalineFrame", text), nullptr) << text;
     }
 }
 
@@ -137,7 +138,7 @@ TEST(ListManager, AFolderASelectionAndADropBuildAListThatSaveAsWrites) {
     const int photos = lineNamed(m.dir1, "Photos");
     ASSERT_GE(photos, 0) << "the folder list starts in the program folder";
     clickListLine(m.dir1, photos);
-    clickButton(findChildByText(m.window, "Button", "Add folder"));
+    clickButton(findChild(m.window, "Button", "Add folder"));
     ASSERT_TRUE(m.waitForLines(2)) << ::testing::PrintToString(m.lines());
     EXPECT_THAT(m.lines(), ElementsAre(dir.file("Photos\\p1.jpg"), dir.file("Photos\\Sub\\p2.bmp")));
 
@@ -146,7 +147,7 @@ TEST(ListManager, AFolderASelectionAndADropBuildAListThatSaveAsWrites) {
     ASSERT_TRUE(waitFor([&] { return listLines(m.file1).size() == 2; })) << "the file list shows Loose";
     clickListLine(m.file1, 0);
     clickListLine(m.file1, 1);
-    clickButton(findChildByText(m.window, "Button", "Add files"));
+    clickButton(findChild(m.window, "Button", "Add files"));
     ASSERT_TRUE(m.waitForLines(4)) << ::testing::PrintToString(m.lines());
 
     // A file and a folder dropped from the shell; the whole list is sorted once at the end.
@@ -199,6 +200,29 @@ TEST(ListManager, SaveAndCloseHandsTheListBackToTheChanger) {
     EXPECT_TRUE(waitFor([&] { return m.program.window("TessalineManager") == nullptr; })) << "the manager stays";
     EXPECT_EQ(settingValue(dir, "LastList"), dir.file("Mine.wall"));
     EXPECT_THAT(dir.lines("Mine.wall"), ElementsAre(dir.file("first.jpg") + "\t2", dir.file("second.bmp") + "\t0"));
+}
+
+TEST(ListManager, TheTrackedFoldersOfTheEditedListKeepItInStepUntilItIsHandedBack) {
+    ProgramDir dir;
+    makeFolder(dir, "Watched");
+    writePicture(dir.file("Watched\\old.jpg"), "jpg", 64, 48);
+    dir.write("Tracked.wall", dir.file("Watched\\old.jpg") + "\t0\r\n#" + dir.file("Watched") + "\r\n");
+    Manager m(dir, "/setup " + dir.file("Tracked.wall"));
+    ASSERT_NE(m.window, nullptr);
+    ASSERT_NE(m.program.waitForWindow("TessalineTracker"), nullptr) << "the list's folders are not watched";
+
+    writePicture(dir.file("Watched\\new.jpg"), "jpg", 64, 48);
+    ASSERT_TRUE(m.waitForLines(2)) << "a picture that appeared in the tracked folder was not added";
+    ::DeleteFileA(dir.file("Watched\\old.jpg").c_str());
+    ASSERT_TRUE(waitFor([&] { return m.lines() == std::vector<std::string>{dir.file("Watched\\new.jpg")}; }))
+        << ::testing::PrintToString(m.lines());
+
+    pickMenu(m.window, "Save and &close");
+    ASSERT_NE(m.program.waitForWindow("TessalineMain"), nullptr);
+    EXPECT_TRUE(waitFor([&] { return m.program.window("TessalineTracker") == nullptr; }))
+        << "the manager's tracker stays loaded";
+    EXPECT_THAT(dir.lines("Tracked.wall"),
+                ElementsAre(dir.file("Watched\\new.jpg") + "\t0", "#" + dir.file("Watched")));
 }
 
 std::string classesValue(const std::string& key) {
@@ -255,7 +279,7 @@ TEST(ListManager, TheTitleBarCloseIsRefusedWhileAnAddIsRunning) {
     Manager m(dir);
     ASSERT_NE(m.window, nullptr);
     clickListLine(m.dir1, lineNamed(m.dir1, "Mixed"));
-    clickButton(findChildByText(m.window, "Button", "Add folder"));
+    clickButton(findChild(m.window, "Button", "Add folder"));
     const HWND error = m.program.waitForMessageBox("Error");
     ASSERT_NE(error, nullptr) << "the broken picture was not refused";
     EXPECT_EQ(RunningProgram::messageBoxText(error), "The file '" + dir.file("Mixed\\broken.jpg") +

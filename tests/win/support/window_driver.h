@@ -2,35 +2,45 @@
 
 #include <windows.h>
 
+#include <chrono>
+#include <functional>
 #include <string>
-#include <vector>
+#include <thread>
 
-// Driving another process's windows the way a user's actions do: clicks on buttons, choices in lists,
-// files dropped from the shell; and reading what the windows show.
 namespace tl::wintest {
 
-// A descendant window with the given control id, or with the given class and text (null: any).
-HWND findChild(HWND parent, int id);
-HWND findChildByText(HWND parent, const char* className, const std::string& text);
+// Drives this process's own windows the way a user would, from a second thread while the test's thread
+// sits in a modal loop (a dialog, a message box, a save dialog).
 
-// The lines of a list box (also of another process's).
-std::vector<std::string> listLines(HWND listBox);
+// A visible top-level window of this process with the class (null: any) and caption; null when none.
+HWND findOwnWindow(const char* className, const char* caption);
+HWND waitForOwnWindow(const char* className,
+                      const char* caption,
+                      std::chrono::milliseconds timeout = std::chrono::seconds(10));
+// The first descendant of parent of the class whose text is text (null: any text).
+HWND findChild(HWND parent, const char* className, const char* text = nullptr);
+// The texts of parent's Static children, one per line.
+std::string staticTexts(HWND parent);
 
-// A click on a line of a list box, as the list box reports it to its parent (LBN_SELCHANGE); in a list
-// box of several selections the line is added to the selection.
-void clickListLine(HWND listBox, int line);
-// A double click on a line (LBN_DBLCLK after the selection).
-void doubleClickListLine(HWND listBox, int line);
-// Tells the control's parent that the control changed (WM_COMMAND with the notification code).
-void notifyParent(HWND control, int code);
-
+// Selects everything in an edit box and types text into it, character by character.
+void typeText(HWND edit, const std::string& text);
+// Clicks a button. Posted, so that a modal box the click opens does not block the caller.
 void clickButton(HWND button);
 
-// Drops files and folders on a window as the shell's drop handler does: a DROPFILES block, with wide
-// names, in the receiving process's memory, handed over in WM_DROPFILES.
-void dropFiles(DWORD processId, HWND target, const std::vector<std::string>& paths);
+// Runs work on its own thread; joined when it goes out of scope.
+class Driver {
+  public:
+    explicit Driver(std::function<void()> work) : thread_(std::move(work)) {}
+    Driver(const Driver&) = delete;
+    Driver& operator=(const Driver&) = delete;
+    ~Driver() {
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
 
-// Types a name into a common file dialog's file name box and presses its OK button.
-bool chooseInFileDialog(HWND dialog, const std::string& path);
+  private:
+    std::thread thread_;
+};
 
 }  // namespace tl::wintest

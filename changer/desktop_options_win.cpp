@@ -1,0 +1,175 @@
+#include "changer/desktop_options_win.h"
+
+#include <commdlg.h>
+
+#include <cstring>
+#include <vector>
+
+#include "base/unique_handle_win.h"
+
+namespace tl {
+
+namespace {
+
+HWND toHwnd(ShellWindow window) {
+    return reinterpret_cast<HWND>(window);
+}
+ShellWindow fromHwnd(HWND hwnd) {
+    return reinterpret_cast<ShellWindow>(hwnd);
+}
+
+}  // namespace
+
+ShellWindow Win32DesktopShell::findWindow(const char* className, const char* title) {
+    return fromHwnd(::FindWindowA(className, title));
+}
+
+ShellWindow Win32DesktopShell::findChildWindow(ShellWindow parent, const char* className) {
+    return fromHwnd(::FindWindowExA(toHwnd(parent), nullptr, className, nullptr));
+}
+
+ShellWindow Win32DesktopShell::firstChild(ShellWindow window) {
+    return window ? fromHwnd(::GetWindow(toHwnd(window), GW_CHILD)) : 0;
+}
+
+std::intptr_t Win32DesktopShell::sendMessage(ShellWindow window,
+                                             unsigned message,
+                                             std::uintptr_t wParam,
+                                             std::intptr_t lParam) {
+    if (!window) {
+        return 0;
+    }
+    // The desktop belongs to Explorer and this is sent every second: a hung Explorer must not hang the
+    // tray program with it, so the wait is bounded.
+    DWORD_PTR result = 0;
+    if (!::SendMessageTimeoutA(toHwnd(window), message, wParam, lParam, SMTO_ABORTIFHUNG | SMTO_NORMAL, 2000,
+                               &result)) {
+        return 0;
+    }
+    return static_cast<std::intptr_t>(result);
+}
+
+void Win32DesktopShell::showWindow(ShellWindow window, bool show) {
+    ::ShowWindow(toHwnd(window), show ? SW_SHOW : SW_HIDE);
+}
+
+void Win32DesktopShell::updateWindow(ShellWindow window) {
+    if (window) {
+        ::UpdateWindow(toHwnd(window));
+    }
+}
+
+void Win32DesktopShell::invalidateWindow(ShellWindow window) {
+    if (window) {
+        ::InvalidateRect(toHwnd(window), nullptr, TRUE);
+    }
+}
+
+bool Win32DesktopShell::isSomethingMaximised() {
+    HWND front = ::GetForegroundWindow();
+    // The title is read as it always was, though nothing looks at it.
+    char title[255] = {};
+    ::GetWindowTextA(front, title, sizeof title);
+    return front && ::IsZoomed(front);
+}
+
+bool Win32DesktopSystem::systemParameter(unsigned action, unsigned param, unsigned flags) {
+    return ::SystemParametersInfoA(action, param, nullptr, flags) != FALSE;
+}
+
+std::string Win32DesktopSystem::desktopValue(const char* name) {
+    unique_hkey key;
+    if (::RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\Desktop", 0, KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS) {
+        return {};
+    }
+    DWORD type = 0;
+    DWORD size = 0;
+    if (::RegQueryValueExA(key.get(), name, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
+        return {};
+    }
+    std::vector<char> data(size + 1, '\0');
+    if (::RegQueryValueExA(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size) !=
+        ERROR_SUCCESS) {
+        return {};
+    }
+    if (type == REG_DWORD && size == sizeof(DWORD)) {
+        DWORD number = 0;
+        memcpy(&number, data.data(), sizeof number);
+        return std::to_string(number);
+    }
+    if (type != REG_SZ && type != REG_EXPAND_SZ) {
+        return {};
+    }
+    return std::string(data.data());  // up to its NUL, which a stored text need not carry
+}
+
+std::optional<std::string> Win32SaveDialog::ask(const SaveDialogRequest& request) {
+    // "Name|pattern" pairs become the NUL-separated, double-NUL-ended list the dialog takes.
+    std::string filter = request.filter;
+    for (char& c : filter) {
+        if (c == '|') {
+            c = '\0';
+        }
+    }
+    filter.append(2, '\0');
+    std::string extension = request.defaultExtension;
+    if (!extension.empty() && extension.front() == '.') {
+        extension.erase(0, 1);
+    }
+    std::vector<char> file(MAX_PATH * 4, '\0');
+    request.fileName.copy(file.data(), file.size() - 1);
+
+    OPENFILENAMEA ofn{};
+    ofn.lStructSize = sizeof ofn;
+    ofn.hwndOwner = owner_;
+    ofn.lpstrFilter = filter.c_str();
+    ofn.nFilterIndex = 1;
+    ofn.lpstrFile = file.data();
+    ofn.nMaxFile = static_cast<DWORD>(file.size());
+    ofn.lpstrInitialDir = request.initialDirectory.empty() ? nullptr : request.initialDirectory.c_str();
+    ofn.lpstrTitle = request.title.c_str();
+    ofn.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
+    ofn.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+    if (!::GetSaveFileNameA(&ofn)) {
+        return std::nullopt;
+    }
+    return std::string(file.data());
+}
+
+void Win32BusyPointer::show(bool busy) {
+    if (busy) {
+        previous_ = ::SetCursor(::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)));
+    } else {
+        ::SetCursor(previous_ ? previous_ : ::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW)));
+        previous_ = nullptr;
+    }
+}
+
+Win32DesktopOptions::Win32DesktopOptions(HWND window,
+                                         Settings& settings,
+                                         FileSystem& fs,
+                                         std::function<void(const std::string&)> addFile)
+    : Win32DesktopPlatform(window),
+      DesktopOptions(
+          settings,
+          {Win32DesktopPlatform::shell, Win32DesktopPlatform::system, Win32DesktopPlatform::inputBox,
+           Win32DesktopPlatform::ui, Win32DesktopPlatform::saveDialog, fs, Win32DesktopPlatform::busyPointer},
+          std::move(addFile)) {}
+
+void Win32DesktopOptions::load(UINT_PTR transTimerId) {
+    findDesktopListView();
+    ::SetTimer(mainWindow, transTimerId, kTransTimerInterval, nullptr);
+}
+
+void Win32DesktopOptions::startScreenSaver() {
+    ::SendMessageA(mainWindow, WM_SYSCOMMAND, SC_SCREENSAVE, 0);
+}
+
+void Win32DesktopOptions::setCheckMarks(HMENU menu, const std::function<UINT(OptionItem)>& commandOf) const {
+    for (const OptionCheck& check : checkMarks()) {
+        ::CheckMenuItem(menu, commandOf(check.item),
+                        MF_BYCOMMAND | static_cast<UINT>(check.checked ? MF_CHECKED : MF_UNCHECKED));
+    }
+}
+
+}  // namespace tl
