@@ -14,44 +14,12 @@
 #include "base/random.h"
 #include "base/ui.h"
 #include "base/unique_handle_win.h"
+#include "bench/manager_bench_data.h"
 #include "lists/list_box_win.h"
 #include "manager/list_manager.h"
 #include "tests/unit/manager/fake_manager_view.h"
 
-namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double msSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-class SilentUi : public tl::Ui {
-  public:
-    int messageBox(std::string_view, std::string_view, unsigned) override { return tl::kIdOk; }
-    void beep() override {}
-};
-
-class NoRemover : public tl::FileRemover {
-  public:
-    bool removeFileFromDisk(const std::string&, bool, bool) override { return false; }
-};
-
-std::string listedPath(int i) {
-    return "D:\\Photos\\Family\\Holiday " + std::to_string(2000 + i % 20) + "\\IMG_" + std::to_string(100000 + i) +
-           ".JPG";
-}
-
-std::string addedName(int i) {
-    return "DSC" + std::to_string(500000 + i) + ".jpg";
-}
-
-void report(const char* what, std::vector<double> ms) {
-    std::sort(ms.begin(), ms.end());
-    std::printf("%-34s best %8.1f ms   median %8.1f ms\n", what, ms.front(), ms[ms.size() / 2]);
-}
-
-}  // namespace
+using namespace bench;
 
 int main(int argc, char** argv) {
     using namespace tl;
