@@ -14,14 +14,6 @@
 
 namespace tl {
 
-namespace {
-
-// A picture whose header tells no size: it can't be laid out by the Auto rule, so it is refused like one
-// that can't be opened.
-struct UnreadablePicture {};
-
-}  // namespace
-
 DeleteMode deleteModeFor(bool shift, bool ctrl, bool alt) {
     if (shift && !ctrl && !alt) {
         return {false, true};
@@ -94,8 +86,9 @@ bool ListManager::addEntry(const std::string& path, Orientation orientation) {
         if (orientation == kAuto) {
             cImageInfo info(s_.fs);
             info.ReadImageInfo(path);
+            // A header that tells no size can't be laid out by the Auto rule: refused like an unreadable file.
             if (info.Width() <= 0 || info.Height() <= 0) {
-                throw UnreadablePicture{};
+                throw ImageReadError(path);
             }
             entries_[slot].width = info.Width();
             entries_[slot].height = info.Height();
@@ -107,11 +100,6 @@ bool ListManager::addEntry(const std::string& path, Orientation orientation) {
         listChanged_ = true;
         return true;
     } catch (const ImageReadError&) {
-        s_.ui.messageBox(
-            "The file '" + path + "' seems to be invalid, or I can't open it for some reason. I will not add it.",
-            "Error", kMbOk);
-        entries_[slot].path.clear();
-    } catch (const UnreadablePicture&) {
         s_.ui.messageBox(
             "The file '" + path + "' seems to be invalid, or I can't open it for some reason. I will not add it.",
             "Error", kMbOk);
