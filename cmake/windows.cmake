@@ -22,6 +22,17 @@ target_link_libraries(tessaline PRIVATE tessaline_win)
 target_compile_options(tessaline PRIVATE ${TL_WARNINGS})
 target_link_options(tessaline PRIVATE -mwindows ${TL_STATIC})
 set_target_properties(tessaline PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+# The debug information goes to tessaline.exe.debug beside the program (linked by name, so debuggers and
+# addr2line still find it): a loader that copies the whole image into memory, as Wine does with 512-byte
+# file alignment, would otherwise keep megabytes of it in the running program's working set.
+if(CMAKE_OBJCOPY)
+    add_custom_command(TARGET tessaline POST_BUILD
+        COMMAND ${CMAKE_OBJCOPY} --only-keep-debug $<TARGET_FILE:tessaline> $<TARGET_FILE:tessaline>.debug
+        COMMAND ${CMAKE_OBJCOPY} --strip-debug --add-gnu-debuglink=$<TARGET_FILE:tessaline>.debug
+                $<TARGET_FILE:tessaline>
+        WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+        VERBATIM)
+endif()
 
 # GoogleTest: from its sources where they are at hand (Debian's, cross-compiled), else installed (MSYS2).
 set(TESSALINE_GTEST_SOURCE "/usr/src/googletest" CACHE PATH "GoogleTest sources to build the Win32 tests with")

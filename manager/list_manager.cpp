@@ -7,7 +7,7 @@
 #include "base/file_system.h"
 #include "base/text.h"
 #include "base/ui.h"
-#include "changer/auto_orientation.h"
+#include "changer/apply_rules.h"
 #include "lists/image_info.h"
 #include "lists/list_box.h"
 #include "manager/folder_scan.h"
@@ -92,8 +92,9 @@ bool ListManager::addEntry(const std::string& path, Orientation orientation) {
             }
             entries_[slot].width = info.Width();
             entries_[slot].height = info.Height();
-            orientation =
-                chooseAutoOrientation(info.Width(), info.Height(), screenWidth_, screenHeight_, s_.app.settings);
+            const Settings& settings = s_.app.settings;
+            orientation = chooseAutoOrientation(info.Width(), info.Height(), screenWidth_, screenHeight_,
+                                                settings.RatioTolerance, settings.HalfRatio);
         }
         entries_[slot].orientation = orientation;
         appendLine(path);

@@ -4,6 +4,8 @@
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
+# The machine's two cores are shared: two compile jobs at most unless told otherwise.
+export CMAKE_BUILD_PARALLEL_LEVEL="${CMAKE_BUILD_PARALLEL_LEVEL:-2}"
 
 if [ ! -f build/native/build.ninja ]; then
     cmake -S . -B build/native -G Ninja

@@ -16,6 +16,7 @@
 #include "manager/manager_ids.h"
 #include "manager/manager_menu.h"
 #include "manager/manager_menu_win.h"
+#include "support/desktop_probe.h"
 #include "support/program_dir.h"
 #include "support/remote_window.h"
 #include "support/running_program.h"
@@ -184,10 +185,10 @@ TEST(ListManager, AFolderASelectionAndADropBuildAListThatSaveAsWrites) {
     EXPECT_EQ(written, expected);
 }
 
-TEST(ListManager, SaveAndCloseHandsTheListBackToTheChanger) {
+TEST(ListManager, SaveAndCloseHandsTheListBackToTheChangerWhichAppliesAWallpaperFromIt) {
     ProgramDir dir;
     writePicture(dir.file("first.jpg"), "jpg", 64, 48);
-    writePicture(dir.file("second.bmp"), "bmp", 64, 48);
+    writePicture(dir.file("second.bmp"), "bmp", 80, 60);
     dir.write("Mine.wall", dir.file("first.jpg") + "\t2\r\n");
     writeSettings(dir, [&](Settings& s) { s.LastList = dir.file("Other.wall"); });
     Manager m(dir, "/setup " + dir.file("Mine.wall"));
@@ -200,6 +201,14 @@ TEST(ListManager, SaveAndCloseHandsTheListBackToTheChanger) {
     EXPECT_TRUE(waitFor([&] { return m.program.window("TessalineManager") == nullptr; })) << "the manager stays";
     EXPECT_EQ(settingValue(dir, "LastList"), dir.file("Mine.wall"));
     EXPECT_THAT(dir.lines("Mine.wall"), ElementsAre(dir.file("first.jpg") + "\t2", dir.file("second.bmp") + "\t0"));
+
+    // The changer read the list just written and put one of its pictures on the desktop.
+    const std::string bitmap = dir.file("tl_current.bmp");
+    ASSERT_TRUE(waitFor([&] {
+        const auto size = bitmapFileSize(bitmap);
+        return size && ((size->width == 64 && size->height == 48) || (size->width == 80 && size->height == 60));
+    })) << "no wallpaper from the list was applied";
+    EXPECT_TRUE(waitFor([&] { return desktopValue("Wallpaper") == bitmap; }));
 }
 
 TEST(ListManager, TheTrackedFoldersOfTheEditedListKeepItInStepUntilItIsHandedBack) {

@@ -1,0 +1,31 @@
+// The smallest program that lives like Tessaline in the tray: one hidden window and a message loop. Its
+// idle working set under the same system is the reference the program's own is read against.
+#include <windows.h>
+
+namespace {
+
+LRESULT CALLBACK procedure(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
+    if (msg == WM_DESTROY) {
+        ::PostQuitMessage(0);
+        return 0;
+    }
+    return ::DefWindowProcA(hwnd, msg, wParam, lParam);
+}
+
+}  // namespace
+
+int main() {
+    WNDCLASSA wc{};
+    wc.lpfnWndProc = &procedure;
+    wc.hInstance = ::GetModuleHandleA(nullptr);
+    wc.lpszClassName = "TessalineIdleReference";
+    ::RegisterClassA(&wc);
+    ::CreateWindowExA(0, wc.lpszClassName, "idle reference", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT, CW_USEDEFAULT, 200,
+                      100, nullptr, nullptr, wc.hInstance, nullptr);
+    MSG msg{};
+    while (::GetMessageA(&msg, nullptr, 0, 0) > 0) {
+        ::TranslateMessage(&msg);
+        ::DispatchMessageA(&msg);
+    }
+    return 0;
+}

@@ -1,0 +1,95 @@
+// changeWallpaper: putting one list entry on the desktop.
+#include <string>
+
+#include "app/app_state.h"
+#include "changer/main_form.h"
+#include "lists/image_info.h"
+
+namespace tl {
+
+void frmMain::changeWallpaper(int index, bool& forceChange) {
+    if (forceNextApply_) {
+        forceChange = true;
+    }
+    if (!validIndex(index)) {
+        return;
+    }
+    const Settings& s = app_.settings;
+    const std::string& currentBitmapPath = s.OutputPath;
+
+    // A copy: the facts ShowImageFacts finds are this apply's, not the list's.
+    WallpaperEntry e = entries_[static_cast<size_t>(index)];
+    const std::string path = e.path;
+    std::string fileToSet = path;
+    const Orientation orientation = e.orientation;
+    int style = orientation;
+    const bool mustApply = previewTag_ != path || orientation != lastAppliedOrientation_ || forceChange;
+
+    // A forced re-apply of the entry on show keeps the history as it is, so that "Previous" still
+    // goes back one step.
+    if (!(forceChange && previousIndex_ == currentIndex_)) {
+        previousIndex_ = currentIndex_;
+        currentIndex_ = index;
+    }
+
+    // From here on a failing step is passed over and the next one runs.
+    if (path != previewTag_ || forceChange) {
+        if (!pictures_.showImageFacts(e)) {
+            // The picture can't be loaded: the entry leaves the list, a neighbour is applied instead, and
+            // the tag keeps the old path.
+            removeSelectedEntries();
+            return;
+        }
+        if (!s.UseActiveDesktop && orientation != kScale) {
+            // Always a BMP, whatever the source: the desktop takes no JPEG without Active Desktop.
+            pictures_.saveCurrentBitmap(currentBitmapPath);
+        }
+    }
+    if (!s.UseActiveDesktop || orientation == kScale) {
+        fileToSet = currentBitmapPath;
+    }
+    if (orientation == kScale && mustApply) {
+        pictures_.saveCurrentBitmap(currentBitmapPath);
+        if (e.height == 0 || e.width == 0) {
+            cImageInfo info(fs_);
+            try {
+                info.ReadImageInfo(currentBitmapPath);
+            } catch (const ImageReadError&) {
+                // Read as 0 x 0, scaled as 1 x 1 below.
+            }
+            e.height = info.Height();
+            e.width = info.Width();
+        }
+        const int32_t height = e.height == 0 ? 1 : e.height;
+        const int32_t width = e.width == 0 ? 1 : e.width;
+        const double factor = scaleFactor(width, height, screen_);
+        style = kCenter;  // the scaled bitmap is centred
+        pictures_.scaleImageFile(currentBitmapPath, currentBitmapPath, factor, height, width, true);
+    }
+
+    if (s.UseActiveDesktop && mustApply) {
+        // AutomaticShowOnDesktop is not consulted on this path.
+        desktop_.setActiveDesktopWallpaper(fileToSet, style, true);
+    } else {
+        if (mustApply && s.AutomaticShowOnDesktop) {
+            desktop_.setDesktopValue("WallpaperStyle", std::to_string(style));
+            desktop_.setDesktopValue("TileWallpaper", orientation == kTile ? "1" : "0");
+            desktop_.setDeskWallpaper(fileToSet);
+        }
+        // Written after the system call, and also when nothing was applied, on purpose.
+        if (s.AutomaticShowOnDesktop) {
+            desktop_.setDesktopValue("Wallpaper", fileToSet);
+        }
+    }
+    pictures_.releasePicture();
+
+    previewTag_ = path;
+    updateTrayIcon();
+    lastAppliedOrientation_ = orientation;
+    forceNextApply_ = false;
+    if (s.TransText) {
+        host_.makeIconTextTransparent(true);
+    }
+}
+
+}  // namespace tl

@@ -1,0 +1,117 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "changer/apply_rules.h"
+#include "lists/wallpaper_list.h"
+
+// What frmMain's rules ask of the platform. The Win32 side implements these over the real desktop, tray
+// and windows; the unit tests implement them as fakes that record what was asked.
+namespace tl {
+
+class ListBoxView;
+
+// The desktop the wallpaper goes to.
+class Desktop {
+  public:
+    virtual ~Desktop() = default;
+    // A REG_SZ value under HKEY_CURRENT_USER\Control Panel\desktop. Failures are passed over.
+    virtual void setDesktopValue(std::string_view valueName, std::string_view text) = 0;
+    // SystemParametersInfoA(SPI_SETDESKWALLPAPER, 0, path, SPIF_UPDATEINIFILE), without the broadcast flag.
+    virtual void setDeskWallpaper(const std::string& path) = 0;
+    // Sets the wallpaper through IActiveDesktop, switching Active Desktop on first when asked to.
+    virtual void setActiveDesktopWallpaper(const std::string& path, int style, bool enableActiveDesktop) = 0;
+    // Whether the window in front is maximised.
+    virtual bool isSomethingMaximised() = 0;
+};
+
+// The picture work of frmMain's panel: its preview and the bitmap files made from it.
+class WallpaperPictures {
+  public:
+    virtual ~WallpaperPictures() = default;
+    // ShowImageFacts on frmMain's panel: loads the entry's picture into the preview and fills the facts,
+    // storing the dimensions and size into the entry where it has 0. False when it can't be loaded.
+    virtual bool showImageFacts(WallpaperEntry& entry) = 0;
+    // saveCurrentBitmap: writes the picture the preview holds as a BMP file.
+    virtual bool saveCurrentBitmap(const std::string& bitmapPath) = 0;
+    // The Scaler: draws the bitmap file scaled by factor (a width x height picture) on the work surface
+    // and saves the surface as a BMP to targetPath. loadScaled lets the loader do the resampling.
+    virtual bool scaleImageFile(const std::string& sourcePath,
+                                const std::string& targetPath,
+                                double factor,
+                                int32_t height,
+                                int32_t width,
+                                bool loadScaled) = 0;
+    // Lets go of the full-size picture an apply worked on; the preview keeps its small copy.
+    virtual void releasePicture() = 0;
+    // Empties the preview.
+    virtual void clearPreview() = 0;
+    virtual void hidePreviewFrame() = 0;
+};
+
+enum class TrayIconKind { Normal, Paused };
+
+// The tray icon (uID 1 on frmMain's window).
+class TrayIcon {
+  public:
+    virtual ~TrayIcon() = default;
+    virtual bool add(TrayIconKind icon, std::string_view tip) = 0;
+    virtual bool modify(TrayIconKind icon, std::string_view tip) = 0;
+    virtual void remove() = 0;
+};
+
+// Everything else frmMain's rules reach: its controls and timer, the other windows, the clock. The
+// methods marked "seam" are carried out by the parts of the program that own them (the panel, the
+// desktop options, the small windows, the folder tracker) and may do nothing until those exist.
+class MainFormHost {
+  public:
+    virtual ~MainFormHost() = default;
+
+    // List1, the cursor of the list.
+    virtual ListBoxView& list1() = 0;
+    // orType, the orientation box: items in code order, so an item's index is its code. Setting the index
+    // from code raises no click.
+    virtual void fillOrType() = 0;
+    virtual void setOrTypeIndex(int index) = 0;
+    virtual int orTypeIndex() const = 0;
+
+    virtual void setMinuteTimer(bool enabled) = 0;
+    virtual ScreenSize screenSize() = 0;
+    virtual double secondsSinceMidnight() = 0;
+    virtual void saveSettings() = 0;
+    virtual void beep() = 0;
+
+    // The menus' state changed; the Win32 side puts it on the menus.
+    virtual void menusChanged() = 0;
+    // Builds the resolution submenu once, at load.
+    virtual void buildResolutionMenu() = 0;
+    // Refills the resolution submenu and pops up mnuTray at the cursor.
+    virtual void popUpTrayMenu() = 0;
+
+    // Registers the "switch" hot key from the settings, errors ignored; a press comes back as
+    // frmMain::onSwitchHotKey.
+    virtual void registerSwitchHotKey() = 0;
+    // Unloads frmMain: its window goes, and the unload steps run if they have not yet.
+    virtual void unloadForm() = 0;
+    virtual void showManager() = 0;
+
+    // Seam (folder tracker): load frmTracker on the list's folders; let it close; unload it.
+    virtual void loadTracker(const TrackedFolders& folders) = 0;
+    virtual void allowTrackerUnload() = 0;
+    virtual void unloadTracker() = 0;
+    // Seam (delay window): frmDelay, modal; it edits Settings.Delay.
+    virtual void showDelayDialog() = 0;
+    // Seam (panel): the panel's display state from Settings.MainMode; the panel's start-up; orType and
+    // the facts labels shown once a wallpaper is; whether the program lives in the tray now (the panel
+    // is hidden or minimised).
+    virtual void applyMainMode(int16_t mainMode) = 0;
+    virtual void preparePanel() = 0;
+    virtual void showFactsLabels() = 0;
+    virtual bool livesInTray() = 0;
+    // Seam (desktop options): the icon-text options at load, and transparent icon text after an apply.
+    virtual void applyIconTextOptions() = 0;
+    virtual void makeIconTextTransparent(bool redraw) = 0;
+};
+
+}  // namespace tl

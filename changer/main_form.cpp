@@ -1,0 +1,482 @@
+#include "changer/main_form.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/app_state.h"
+#include "base/file_system.h"
+#include "base/random.h"
+#include "base/text.h"
+#include "changer/commands.h"
+#include "changer/tray_rules.h"
+#include "lists/list_box.h"
+
+namespace tl {
+
+frmMain::frmMain(AppState& app,
+                 FileSystem& fs,
+                 RandomSource& random,
+                 MainFormHost& host,
+                 Desktop& desktop,
+                 WallpaperPictures& pictures,
+                 TrayIcon& tray)
+    : app_(app), fs_(fs), random_(random), host_(host), desktop_(desktop), pictures_(pictures), tray_(tray) {}
+
+bool frmMain::onLoad() {
+    host_.buildResolutionMenu();
+    host_.fillOrType();
+    screen_ = host_.screenSize();
+    readListFile(app_.listPath);
+    if (host_.list1().count() == 0) {
+        // The program lives on in the manager.
+        host_.showManager();
+        host_.unloadForm();
+        return false;
+    }
+    // Start mode "auto" leaves the panel as it is; with AutomaticShutdown it would shut down here, a step
+    // that has always done nothing and is kept so.
+    if (app_.startMode != "auto") {
+        host_.applyMainMode(app_.settings.MainMode);
+    }
+    host_.preparePanel();
+    host_.setMinuteTimer(true);
+    refreshMenus();
+    host_.applyIconTextOptions();
+    buildListMenu();
+    tray_.add(trayIconKind(), trayTip(previewTag_));
+    host_.registerSwitchHotKey();
+    switchWallpaper(true);
+    return true;
+}
+
+void frmMain::unload() {
+    if (unloaded_) {
+        return;
+    }
+    unloaded_ = true;
+    host_.setMinuteTimer(false);
+    tray_.remove();
+    writeList();
+    host_.saveSettings();
+    if (hasTrackedFolders_) {
+        host_.unloadTracker();
+    }
+}
+
+void frmMain::resumeAfterCancelledShutdown() {
+    if (!unloaded_) {
+        return;
+    }
+    unloaded_ = false;
+    if (hasTrackedFolders_) {
+        host_.loadTracker(trackedFolders_);
+    }
+    if (host_.livesInTray()) {
+        tray_.add(trayIconKind(), trayTip(previewTag_));
+        host_.setMinuteTimer(!app_.paused);
+    }
+}
+
+void frmMain::onMinuteTimer() {
+    if (++tenMinuteCount_ >= 10) {
+        tenMinuteCount_ = 0;
+        tenMinutes();
+    }
+    ++minuteCount_;
+    const int delay = app_.settings.Delay;
+    if (minuteCount_ >= delay) {
+        minuteCount_ = 0;
+        if (app_.settings.SmartSwitch && desktop_.isSomethingMaximised()) {
+            // Held back while the user works in a maximised window: asked again at the next tick.
+            if (delay >= 1) {
+                minuteCount_ = delay - 1;
+            }
+        } else {
+            switchWallpaper(false);
+        }
+    }
+}
+
+void frmMain::tenMinutes() {
+    // Removing and adding the icon brings it back if the shell lost it.
+    tray_.remove();
+    tray_.add(trayIconKind(), trayTip(previewTag_));
+    writeList();
+    host_.saveSettings();
+}
+
+void frmMain::switchWallpaper(bool force) {
+    ListBoxView& list = host_.list1();
+    const int oldIndex = list.listIndex();
+    if (force) {
+        forceNextApply_ = true;
+    }
+    const int count = list.count();
+    if (count == 0) {
+        return;
+    }
+    minuteCount_ = 0;
+    int newIndex = oldIndex;
+    if (app_.settings.Mode == 1) {
+        // Reseeded from the time of day before every draw; a repeat of the current line is allowed.
+        random_.reseed(host_.secondsSinceMidnight());
+        newIndex = static_cast<int>(count * random_.next());
+        if (newIndex >= count) {
+            newIndex = count - 1;
+        }
+    } else if (app_.settings.Mode == 2) {
+        newIndex = oldIndex == count - 1 ? 0 : oldIndex + 1;
+    }
+    engineMove(newIndex);
+}
+
+void frmMain::onPrevious() {
+    const int index = previousIndex_;
+    minuteCount_ = 0;
+    if (index < 0 || index >= host_.list1().count()) {
+        return;
+    }
+    forceNextApply_ = true;
+    engineMove(index);
+}
+
+void frmMain::engineMove(int index) {
+    ListBoxView& list = host_.list1();
+    busy_ = true;
+    const int oldIndex = list.listIndex();
+    if (oldIndex >= 0) {
+        list.setSelected(oldIndex, false);
+    }
+    list.setListIndex(index);
+    onList1Click();
+}
+
+void frmMain::onPause() {
+    const bool paused = !menus_.checked(mnuPaused);
+    menus_.setChecked(mnuPaused, paused);
+    menus_.setChecked(mnuTrayPause, paused);
+    app_.paused = paused;
+    host_.setMinuteTimer(!paused);
+    host_.menusChanged();
+    updateTrayIcon();
+}
+
+void frmMain::onRandom() {
+    const bool random = !menus_.checked(mnuRandom);
+    menus_.setChecked(mnuRandom, random);
+    menus_.setChecked(mnuTrayRandom, random);
+    app_.settings.Mode = random ? 1 : 2;
+    host_.menusChanged();
+    updateTrayIcon();
+}
+
+void frmMain::onDelay() {
+    const int16_t before = app_.settings.Delay;
+    host_.showDelayDialog();
+    if (app_.settings.Delay != before) {
+        refreshMenus();
+    }
+}
+
+void frmMain::onListItem(int index) {
+    if (index < 0 || index >= static_cast<int>(menus_.listItems.size())) {
+        return;
+    }
+    readListFile(menus_.listItems[static_cast<size_t>(index)].path);
+    buildListMenu();
+    switchWallpaper(true);
+}
+
+void frmMain::onList1Click() {
+    if (clickDepth_ > 0) {
+        pendingClick_ = true;
+        return;
+    }
+    do {
+        pendingClick_ = false;
+        ++clickDepth_;
+        list1Click();
+        --clickDepth_;
+    } while (pendingClick_);
+}
+
+void frmMain::list1Click() {
+    ListBoxView& list = host_.list1();
+    const int index = list.listIndex();
+    if (busy_) {
+        // The engine's move: the entry is applied as it stands, its orientation shown without a click.
+        busy_ = false;
+        if (!validIndex(index)) {
+            return;
+        }
+        ignoreOrientationClick_ = true;
+        setOrType(entries_[static_cast<size_t>(index)].orientation);
+        ignoreOrientationClick_ = false;
+        bool force = false;
+        changeWallpaper(index, force);
+        host_.showFactsLabels();
+        return;
+    }
+    if (!validIndex(index)) {
+        return;
+    }
+    WallpaperEntry& entry = entries_[static_cast<size_t>(index)];
+    if (previewTag_ == entry.path) {
+        // The line on show clicked again: its orientation steps on, Center, Tile, Stretch, Scale.
+        entry.orientation = static_cast<Orientation>(entry.orientation + 1);
+        if (entry.orientation >= kAuto || entry.orientation < 0) {
+            entry.orientation = kCenter;
+        }
+        setOrType(entry.orientation);
+        onOrTypeClick();
+    } else {
+        setOrType(entry.orientation);
+        onOrTypeClick();
+        bool force = false;
+        changeWallpaper(index, force);
+    }
+    host_.showFactsLabels();
+}
+
+void frmMain::onOrTypeClick() {
+    if (!ignoreOrientationClick_) {
+        const int chosen = host_.orTypeIndex();
+        if (chosen >= 0 && chosen != lastAppliedOrientation_) {
+            ListBoxView& list = host_.list1();
+            const int count = std::min(list.count(), imageCount(entries_));
+            for (int i = 0; i < count; ++i) {
+                if (list.isSelected(i)) {
+                    entries_[static_cast<size_t>(i)].orientation = static_cast<Orientation>(chosen);
+                }
+            }
+            writeList();
+            const int index = list.listIndex();
+            if (validIndex(index)) {
+                bool force = false;
+                changeWallpaper(index, force);
+            }
+        }
+    }
+    ignoreOrientationClick_ = false;
+}
+
+void frmMain::onSwitchOrientation(Orientation orientation) {
+    setOrType(orientation);
+    onOrTypeClick();
+}
+
+void frmMain::setOrType(int index) {
+    host_.setOrTypeIndex(index);
+    for (const auto& [id, code] : {std::pair{mnuTraySOCentered, kCenter}, std::pair{mnuTraySOTiled, kTile},
+                                   std::pair{mnuTraySOStretch, kStretch}, std::pair{mnuTraySOScaled, kScale}}) {
+        menus_.setChecked(id, code == index);
+    }
+    host_.menusChanged();
+}
+
+void frmMain::onTrayMouse(long x) {
+    switch (trayMessage(x)) {
+        case TrayEvent::RightButtonDown:
+            host_.popUpTrayMenu();
+            break;
+        case TrayEvent::LeftButtonDown:
+            switchWallpaper(false);
+            break;
+        case TrayEvent::DoubleClick:
+        case TrayEvent::None:
+            break;
+    }
+}
+
+void frmMain::onTrayQuit() {
+    if (hasTrackedFolders_) {
+        host_.allowTrackerUnload();
+    }
+    host_.unloadForm();
+}
+
+void frmMain::onTaskbarCreated() {
+    if (!unloaded_ && host_.livesInTray()) {
+        tray_.add(trayIconKind(), trayTip(previewTag_));
+    }
+}
+
+void frmMain::onDisplayChange() {
+    screen_ = host_.screenSize();
+}
+
+bool frmMain::onMenuCommand(int id) {
+    if (isListItemCommand(id)) {
+        onListItem(id - mnuListItemFirst);
+        return true;
+    }
+    switch (id) {
+        case mnuTrayNextPaper:
+            switchWallpaper(false);
+            return true;
+        case mnuPreviousPaper:
+            onPrevious();
+            return true;
+        case mnuPaused:
+        case mnuTrayPause:
+            onPause();
+            return true;
+        case mnuRandom:
+        case mnuTrayRandom:
+            onRandom();
+            return true;
+        case mnuDelay:
+        case mnuTrayDelay:
+            onDelay();
+            return true;
+        case mnuTraySOCentered:
+            onSwitchOrientation(kCenter);
+            return true;
+        case mnuTraySOTiled:
+            onSwitchOrientation(kTile);
+            return true;
+        case mnuTraySOStretch:
+            onSwitchOrientation(kStretch);
+            return true;
+        case mnuTraySOScaled:
+            onSwitchOrientation(kScale);
+            return true;
+        case mnuTrayRemoveFromList:
+        case mnuRemoveFile:
+            removeSelectedEntries();
+            return true;
+        case mnuTrayQuit:
+            onTrayQuit();
+            return true;
+        default:
+            return false;
+    }
+}
+
+void frmMain::removeSelectedEntries() {
+    if (panelBusy_) {
+        host_.beep();
+        return;
+    }
+    panelBusy_ = true;
+    ListBoxView& list = host_.list1();
+    int removedIndex = -1;
+    const int selected = list.selectedCount();
+    if (selected == 1) {
+        removedIndex = list.listIndex();
+        if (validIndex(removedIndex)) {
+            entries_[static_cast<size_t>(removedIndex)].path.clear();
+        }
+    } else if (selected > 1) {
+        const int count = std::min(list.count(), imageCount(entries_));
+        for (int i = 0; i < count; ++i) {
+            if (list.isSelected(i)) {
+                entries_[static_cast<size_t>(i)].path.clear();
+                if (removedIndex == -1) {
+                    removedIndex = i;
+                }
+            }
+        }
+    }
+    if (selected > 0) {
+        entries_ = compactEntries(entries_);
+        refreshList1();
+        selectAfterRemoval(removedIndex, *this);
+    } else {
+        host_.beep();
+    }
+    panelBusy_ = false;
+}
+
+ListBoxView& frmMain::removalList() {
+    return host_.list1();
+}
+
+void frmMain::clearPreview() {
+    pictures_.clearPreview();
+    previewTag_.clear();
+}
+
+void frmMain::hidePreviewFrame() {
+    pictures_.hidePreviewFrame();
+}
+
+void frmMain::selectLineAndClick(int index) {
+    engineMove(index);
+}
+
+void frmMain::readListFile(std::string path) {
+    ListFileContents contents = tl::readListFile(fs_, path, ListReader::Changer, app_.settings.DefaultAddOrientation);
+    entries_ = std::move(contents.entries);
+    trackedFolders_ = std::move(contents.trackedFolders);
+    longestPath_ = contents.longestPath;
+    app_.listPath = std::move(path);
+    refreshList1();
+    if (trackedFolders_.size() > 1) {
+        host_.loadTracker(trackedFolders_);
+        hasTrackedFolders_ = true;
+    }
+}
+
+void frmMain::refreshList1() {
+    ListBoxView& list = host_.list1();
+    list.clear();
+    for (int i = 0; i < imageCount(entries_); ++i) {
+        list.add(entries_[static_cast<size_t>(i)].path);
+    }
+}
+
+void frmMain::refreshMenus() {
+    const Settings& s = app_.settings;
+    const std::string delay = "Delay (" + std::to_string(s.Delay) + ")";
+    menus_.setCaption(mnuDelay, delay);
+    menus_.setCaption(mnuTrayDelay, delay);
+    menus_.setChecked(mnuRandom, s.Mode == 1);
+    menus_.setChecked(mnuTrayRandom, s.Mode == 1);
+    menus_.setChecked(mnuPaused, app_.paused);
+    menus_.setChecked(mnuTrayPause, app_.paused);
+    // The desktop options' check marks are theirs to keep.
+    host_.menusChanged();
+}
+
+void frmMain::buildListMenu() {
+    std::string dir = app_.programDir;
+    if (!endsWith(dir, "\\")) {
+        dir += "\\";
+    }
+    const std::string current(trimBlanks(app_.listPath));
+    menus_.listItems.clear();
+    for (const DirEntry& f : fs_.findFiles(dir + "*.wall")) {
+        if (!f.isNormalFile() || f.name == "." || f.name == "..") {
+            continue;
+        }
+        ListMenuItem item;
+        const std::string_view stem = std::string_view(f.name).substr(0, f.name.size() >= 5 ? f.name.size() - 5 : 0);
+        item.caption = std::string(trimBlanks(stem));
+        item.path = dir + f.name;
+        item.current = item.path == current;
+        menus_.listItems.push_back(std::move(item));
+        if (menus_.listItems.size() > static_cast<size_t>(mnuListItemLast - mnuListItemFirst)) {
+            break;
+        }
+    }
+    host_.menusChanged();
+}
+
+void frmMain::updateTrayIcon() {
+    tray_.modify(trayIconKind(), trayTip(previewTag_));
+}
+
+TrayIconKind frmMain::trayIconKind() const {
+    return menus_.checked(mnuPaused) ? TrayIconKind::Paused : TrayIconKind::Normal;
+}
+
+bool frmMain::validIndex(int index) const {
+    return index >= 0 && index < imageCount(entries_);
+}
+
+void frmMain::writeList() {
+    writeListFile(fs_, entries_, app_.listPath, trackedFolders_);
+}
+
+}  // namespace tl

@@ -1,0 +1,169 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "changer/after_removal.h"
+#include "changer/apply_rules.h"
+#include "changer/changer_platform.h"
+#include "changer/menu_state.h"
+#include "lists/wallpaper_list.h"
+
+namespace tl {
+
+struct AppState;
+class FileSystem;
+class RandomSource;
+
+// The rules of the hidden main form frmMain: the current list and its cursor List1, the switching clock,
+// the applier, the tray icon's tip and the menus' state. Every event of the form ends in one of the
+// public handlers below; the Win32 window (main_form_win.cpp) only translates messages into them.
+//
+// List1 and busy: Win32 raises no click when code moves a list box's selection, so every move the engine
+// makes (switch, step back, the list submenu, the reselection after a removal) sets busy, moves the
+// selection and runs the click handling itself, which then applies the newly selected entry exactly once.
+// A click with busy clear is the user's.
+class frmMain : private RemovalForm {
+  public:
+    frmMain(AppState& app,
+            FileSystem& fs,
+            RandomSource& random,
+            MainFormHost& host,
+            Desktop& desktop,
+            WallpaperPictures& pictures,
+            TrayIcon& tray);
+
+    // Form_Load: reads the current list and, when it has images, starts switching and applies a first
+    // wallpaper. False when the list was empty: the manager was shown and the form unloaded.
+    bool onLoad();
+    // The unload steps (tray icon off, list and settings written, tracker unloaded); they run once,
+    // whichever of Quit, closing and the end of the Windows session comes first.
+    void unload();
+    bool isUnloaded() const { return unloaded_; }
+    // The end of the session was called off after the unload steps ran: back to the tray.
+    void resumeAfterCancelledShutdown();
+
+    // minuteTimer, every 60 s.
+    void onMinuteTimer();
+    // The ten-minute housekeeping: tray icon re-added, list and settings written.
+    void tenMinutes();
+
+    // Moves to the next image (random or sequential) and applies it; force re-applies even an unchanged one.
+    void switchWallpaper(bool force);
+    // A press of the "switch" hot key.
+    void onSwitchHotKey() { switchWallpaper(false); }
+    // mnuPreviousPaper: one step back in the history.
+    void onPrevious();
+    // mnuPaused / mnuTrayPause.
+    void onPause();
+    // mnuRandom / mnuTrayRandom.
+    void onRandom();
+    // mnuDelay / mnuTrayDelay.
+    void onDelay();
+    // One item of the "Pick different list" submenu.
+    void onListItem(int index);
+
+    // List1's click handling: the user's click, or (with busy set) the engine's move.
+    void onList1Click();
+    // orType's click: a new orientation for the selected entries, re-applied at once.
+    void onOrTypeClick();
+    // The tray's "Switch Orientation" items.
+    void onSwitchOrientation(Orientation orientation);
+    // A tray callback: the mouse message arrives where a mouse move's X coordinate would.
+    void onTrayMouse(long x);
+    // mnuTrayQuit.
+    void onTrayQuit();
+    // Explorer restarted: the tray is new and empty.
+    void onTaskbarCreated();
+    // The display mode changed: Scale and Auto measure the screen again.
+    void onDisplayChange();
+
+    // Runs the menu item's action; false for items whose action is not the changer's own.
+    bool onMenuCommand(int id);
+
+    // Applies entries[index]: the decoded picture saved as the bitmap, scaled for Scale, handed to the
+    // desktop, the tray tip updated. forceChange re-applies an unchanged entry; forceNextApply sets it.
+    void changeWallpaper(int index, bool& forceChange);
+
+    // The panel's "remove selected wallpaper(s) from list": the selected entries leave the list (the files
+    // stay) and a neighbouring line is applied.
+    void removeSelectedEntries();
+
+    // readListFile of the main form: the list at path replaces the current one, List1 follows, and
+    // AppState.listPath becomes path; a list with folder lines loads the tracker.
+    void readListFile(std::string path);
+    // Puts the entries' paths into List1, one line each, in list order.
+    void refreshList1();
+    // Applies the settings to the menus' check marks and captions.
+    void refreshMenus();
+    // The "Pick different list" submenu from the ".wall" files of the program directory.
+    void buildListMenu();
+    // updateTrayIcon: the tip of the wallpaper on show, the paused icon while paused.
+    void updateTrayIcon();
+
+    // The state other parts of frmMain read and change.
+    WallpaperEntries& entries() { return entries_; }
+    TrackedFolders& trackedFolders() { return trackedFolders_; }
+    bool hasTrackedFolders() const { return hasTrackedFolders_; }
+    const std::string& previewTag() const { return previewTag_; }
+    const MenuState& menus() const { return menus_; }
+    int previousIndex() const { return previousIndex_; }
+    int currentIndex() const { return currentIndex_; }
+    int minuteCount() const { return minuteCount_; }
+    int tenMinuteCount() const { return tenMinuteCount_; }
+    Orientation lastAppliedOrientation() const { return lastAppliedOrientation_; }
+    ScreenSize screen() const { return screen_; }
+    bool panelBusy() const { return panelBusy_; }
+    size_t longestPath() const { return longestPath_; }
+
+  private:
+    // RemovalForm, for selectAfterRemoval on frmMain.
+    ListBoxView& removalList() override;
+    void clearPreview() override;
+    void clearPreviewTag() override { previewTag_.clear(); }
+    void selectLineAndClick(int index) override;
+    void hidePreviewFrame() override;
+
+    // Sets busy, moves the selection from the current line to index and runs the click handling.
+    void engineMove(int index);
+    void list1Click();
+    // Sets orType's index from code; the click it raises is the handler's to run or not.
+    void setOrType(int index);
+    TrayIconKind trayIconKind() const;
+    bool validIndex(int index) const;
+    void writeList();
+
+    AppState& app_;
+    FileSystem& fs_;
+    RandomSource& random_;
+    MainFormHost& host_;
+    Desktop& desktop_;
+    WallpaperPictures& pictures_;
+    TrayIcon& tray_;
+
+    WallpaperEntries entries_ = WallpaperEntries(1);
+    TrackedFolders trackedFolders_ = TrackedFolders(1);
+    bool hasTrackedFolders_ = false;
+    size_t longestPath_ = 0;
+    int minuteCount_ = 0;
+    int tenMinuteCount_ = 0;
+    int previousIndex_ = 0;
+    int currentIndex_ = 0;
+    bool forceNextApply_ = false;
+    bool busy_ = false;
+    bool ignoreOrientationClick_ = false;
+    bool panelBusy_ = false;
+    Orientation lastAppliedOrientation_ = kCenter;
+    std::string previewTag_;
+    ScreenSize screen_;
+    MenuState menus_;
+    bool unloaded_ = false;
+
+    // A click raised while one is being handled (an unloadable picture removed and its neighbour
+    // selected) waits for the first to finish, so that a run of bad files is walked in a loop and not
+    // by recursion, however long the run.
+    int clickDepth_ = 0;
+    bool pendingClick_ = false;
+};
+
+}  // namespace tl

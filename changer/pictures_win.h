@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+#include "changer/changer_platform.h"
+
+namespace tl {
+
+class FactsPanel;
+
+// frmMain's picture work on Win32: the facts panel's preview (WIC decoding, through ShowImageFacts), the
+// decoded picture written as the BMP the desktop is given, and the Scaler. The full-size picture is kept
+// only from ShowImageFacts to the end of the apply, so that an idle program holds no large buffer.
+class Win32WallpaperPictures : public WallpaperPictures {
+  public:
+    // The panel must keep its picture (keepPicture) for saveCurrentBitmap to save it without decoding
+    // it again.
+    explicit Win32WallpaperPictures(FactsPanel& panel) : panel_(panel) {}
+
+    bool showImageFacts(WallpaperEntry& entry) override;
+    bool saveCurrentBitmap(const std::string& bitmapPath) override;
+    bool scaleImageFile(const std::string& sourcePath,
+                        const std::string& targetPath,
+                        double factor,
+                        int32_t height,
+                        int32_t width,
+                        bool loadScaled) override;
+    void releasePicture() override;
+    void clearPreview() override;
+    void hidePreviewFrame() override;
+
+  private:
+    FactsPanel& panel_;
+    std::string shownPath_;  // the picture the preview holds
+};
+
+}  // namespace tl

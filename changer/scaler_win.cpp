@@ -1,0 +1,87 @@
+#include "changer/scaler_win.h"
+
+#include <limits>
+
+#include "base/unique_handle_win.h"
+#include "changer/apply_rules.h"
+#include "lists/picture_win.h"
+
+namespace tl {
+
+bool writeBitmapFile(const Picture& picture, const std::string& path) {
+    if (!picture) {
+        return false;
+    }
+    const BITMAPINFOHEADER info = picture.infoHeader();
+    const size_t imageSize = picture.imageSize();
+    const size_t headers = sizeof(BITMAPFILEHEADER) + sizeof info;
+    if (imageSize > std::numeric_limits<DWORD>::max() - headers) {
+        return false;
+    }
+    BITMAPFILEHEADER file{};
+    file.bfType = 0x4D42;  // "BM"
+    file.bfSize = static_cast<DWORD>(headers + imageSize);
+    file.bfOffBits = static_cast<DWORD>(headers);
+
+    // No flush to the disk: the file is made again at every change, and a torn one is only a wallpaper.
+    unique_hfile out(
+        ::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!out) {
+        return false;
+    }
+    DWORD written = 0;
+    return ::WriteFile(out.get(), &file, sizeof file, &written, nullptr) && written == sizeof file &&
+           ::WriteFile(out.get(), &info, sizeof info, &written, nullptr) && written == sizeof info &&
+           ::WriteFile(out.get(), picture.bits(), static_cast<DWORD>(imageSize), &written, nullptr) &&
+           written == imageSize;
+}
+
+bool scaleImageFile(const std::string& sourcePath,
+                    const std::string& targetPath,
+                    double factor,
+                    int32_t height,
+                    int32_t width,
+                    bool loadScaled) {
+    const int32_t newHeight = scaledSide(height, factor);
+    const int32_t newWidth = scaledSide(width, factor);
+    if (newHeight <= 0 || newWidth <= 0) {
+        return false;
+    }
+    Picture surface = Picture::create(newWidth, newHeight);
+    if (!surface) {
+        return false;
+    }
+    {
+        unique_hdc memory(::CreateCompatibleDC(nullptr));
+        unique_hdc surfaceDc(::CreateCompatibleDC(nullptr));
+        if (!memory || !surfaceDc) {
+            return false;
+        }
+        unique_hbitmap loaded(
+            static_cast<HBITMAP>(::LoadImageA(nullptr, sourcePath.c_str(), IMAGE_BITMAP, loadScaled ? newWidth : 0,
+                                              loadScaled ? newHeight : 0, LR_LOADFROMFILE)));
+        if (!loaded) {
+            return false;
+        }
+        scoped_select_object selectLoaded(memory.get(), loaded.get());
+        scoped_select_object selectSurface(surfaceDc.get(), surface.bitmap());
+        BOOL drawn = FALSE;
+        if (loadScaled) {
+            // The loader did the resampling: a plain copy.
+            drawn = ::StretchBlt(surfaceDc.get(), 0, 0, newWidth, newHeight, memory.get(), 0, 0, newWidth, newHeight,
+                                 SRCCOPY);
+        } else {
+            ::SetStretchBltMode(surfaceDc.get(), HALFTONE);
+            ::SetBrushOrgEx(surfaceDc.get(), 0, 0, nullptr);
+            drawn =
+                ::StretchBlt(surfaceDc.get(), 0, 0, newWidth, newHeight, memory.get(), 0, 0, width, height, SRCCOPY);
+        }
+        ::GdiFlush();
+        if (!drawn) {
+            return false;
+        }
+    }  // the selections are undone, then the bitmap and the contexts deleted, before the file is written
+    return writeBitmapFile(surface, targetPath);
+}
+
+}  // namespace tl

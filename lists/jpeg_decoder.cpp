@@ -1,0 +1,369 @@
+#include "lists/jpeg_decoder.h"
+
+#include <algorithm>
+#include <atomic>
+#include <condition_variable>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+#include "lists/jpeg_entropy.h"
+#include "lists/jpeg_pixels.h"
+
+namespace tl {
+
+using namespace jpeg;
+
+namespace {
+
+// Room for one row of MCUs' coefficients.
+class CoefficientSlot {
+  public:
+    explicit CoefficientSlot(const Frame& frame) {
+        for (int c = 0; c < frame.componentCount; ++c) {
+            const Component& comp = frame.components[static_cast<size_t>(c)];
+            const auto blocks = static_cast<size_t>(comp.blocksAcross) * static_cast<size_t>(comp.v);
+            blocks_[static_cast<size_t>(c)].resize(blocks * 64);
+            last_[static_cast<size_t>(c)].resize(blocks);
+            row.blocks[static_cast<size_t>(c)] = blocks_[static_cast<size_t>(c)].data();
+            row.last[static_cast<size_t>(c)] = last_[static_cast<size_t>(c)].data();
+        }
+    }
+    CoefficientRow row;
+
+  private:
+    std::array<std::vector<int16_t>, kMaxComponents> blocks_;
+    std::array<std::vector<uint8_t>, kMaxComponents> last_;
+};
+
+// Turns rows of coefficients into BMP rows: inverse DCT into a few rows of samples per component, then,
+// as soon as every component has the rows a picture row needs, upsampling and colour conversion straight
+// into the caller's pixels.
+class RowBuilder {
+  public:
+    RowBuilder(const Frame& frame, uint8_t* pixels) : frame_(frame), pixels_(pixels) {
+        stride_ = jpegBmpRowBytes(frame.width);
+        for (int c = 0; c < frame.componentCount; ++c) {
+            const Component& comp = frame.components[static_cast<size_t>(c)];
+            Plane& plane = planes_[static_cast<size_t>(c)];
+            plane.stride = static_cast<size_t>(comp.blocksAcross) * 8;
+            // Two MCU rows: picture rows wait at most a few sample rows for the next MCU row's chroma.
+            plane.ringRows = 16 * comp.v;
+            plane.ring.resize(plane.stride * static_cast<size_t>(plane.ringRows));
+            plane.hScale = frame.hMax / comp.h;
+            plane.vScale = frame.vMax / comp.v;
+            if (plane.hScale == 1 && plane.vScale == 1) {
+                plane.mode = Mode::direct;
+            } else if (plane.hScale == 2 && plane.vScale == 1 && comp.width > 2) {
+                plane.mode = Mode::h2v1;
+            } else if (plane.hScale == 1 && plane.vScale == 2) {
+                plane.mode = Mode::h1v2;
+            } else if (plane.hScale == 2 && plane.vScale == 2 && comp.width > 2) {
+                plane.mode = Mode::h2v2;
+            } else {
+                plane.mode = Mode::box;
+            }
+            plane.upsampled.resize(plane.stride * static_cast<size_t>(plane.hScale) + 32);
+            plane.blocksUsed = (comp.width + 7) / 8;
+        }
+    }
+
+    void addRow(const CoefficientRow& row) {
+        for (int c = 0; c < frame_.componentCount; ++c) {
+            const Component& comp = frame_.components[static_cast<size_t>(c)];
+            Plane& plane = planes_[static_cast<size_t>(c)];
+            int16_t* const blocks = row.blocks[static_cast<size_t>(c)];
+            const uint8_t* const last = row.last[static_cast<size_t>(c)];
+            for (int by = 0; by < comp.v; ++by) {
+                const int top = plane.rowsDone + 8 * by;
+                // Blocks past the picture's right and bottom edges are decoded but never shown.
+                const int shown = top < comp.height ? plane.blocksUsed : 0;
+                uint8_t* const out = plane.row(top);
+                const size_t first = static_cast<size_t>(by) * static_cast<size_t>(comp.blocksAcross);
+                int bx = 0;
+                for (; bx + 1 < shown; bx += 2) {
+                    const size_t index = first + static_cast<size_t>(bx);
+                    idctBlockPair(blocks + index * 64, last[index], blocks + (index + 1) * 64, last[index + 1],
+                                  out + 8 * bx, plane.stride);
+                }
+                if (bx < shown) {
+                    const size_t index = first + static_cast<size_t>(bx);
+                    idctBlock(blocks + index * 64, last[index], out + 8 * bx, plane.stride);
+                }
+                for (bx = 0; bx < comp.blocksAcross; ++bx) {
+                    const size_t index = first + static_cast<size_t>(bx);
+                    int16_t* const block = blocks + index * 64;
+                    if (last[index] == 0) {
+                        block[0] = 0;
+                    } else {
+                        std::memset(block, 0, 64 * sizeof(int16_t));
+                    }
+                }
+            }
+            plane.rowsDone += 8 * comp.v;
+        }
+        while (nextRow_ < frame_.height && rowReady(nextRow_)) {
+            emitRow(nextRow_++);
+        }
+    }
+
+  private:
+    enum class Mode { direct, h2v1, h1v2, h2v2, box };
+    struct Plane {
+        std::vector<uint8_t> ring;
+        size_t stride = 0;
+        int ringRows = 0;
+        int rowsDone = 0;
+        int hScale = 1;
+        int vScale = 1;
+        int blocksUsed = 0;
+        Mode mode = Mode::direct;
+        std::vector<uint8_t> upsampled;
+        uint8_t* row(int r) { return ring.data() + static_cast<size_t>(r % ringRows) * stride; }
+    };
+
+    // The last sample row of the component that picture row y is made from.
+    int lastRowNeeded(int c, int y) const {
+        const Plane& plane = planes_[static_cast<size_t>(c)];
+        const int height = frame_.components[static_cast<size_t>(c)].height;
+        if (plane.mode == Mode::h1v2 || plane.mode == Mode::h2v2) {
+            return std::min(y / 2 + (y & 1), height - 1);
+        }
+        return y / plane.vScale;
+    }
+
+    bool rowReady(int y) const {
+        for (int c = 0; c < frame_.componentCount; ++c) {
+            if (lastRowNeeded(c, y) >= planes_[static_cast<size_t>(c)].rowsDone) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    const uint8_t* componentRow(int c, int y) {
+        Plane& plane = planes_[static_cast<size_t>(c)];
+        const Component& comp = frame_.components[static_cast<size_t>(c)];
+        uint8_t* const up = plane.upsampled.data();
+        switch (plane.mode) {
+            case Mode::direct:
+                return plane.row(y);
+            case Mode::h2v1:
+                upsampleH2V1(plane.row(y), comp.width, up);
+                return up;
+            case Mode::h1v2:
+            case Mode::h2v2: {
+                const int k = y / 2;
+                const bool lower = (y & 1) != 0;
+                const int far = lower ? std::min(k + 1, comp.height - 1) : std::max(k - 1, 0);
+                if (plane.mode == Mode::h1v2) {
+                    upsampleH1V2(plane.row(k), plane.row(far), comp.width, lower, up);
+                } else {
+                    upsampleH2V2(plane.row(k), plane.row(far), comp.width, up);
+                }
+                return up;
+            }
+            case Mode::box:
+                if (plane.hScale == 1) {
+                    return plane.row(y / plane.vScale);
+                }
+                upsampleBox(plane.row(y / plane.vScale), comp.width, plane.hScale, up);
+                return up;
+        }
+        return up;
+    }
+
+    void emitRow(int y) {
+        uint8_t* const out = pixels_ + static_cast<size_t>(frame_.height - 1 - y) * stride_;
+        const uint8_t* c0 = componentRow(0, y);
+        if (frame_.componentCount == 1) {
+            greyToBgr(c0, frame_.width, out);
+        } else {
+            const uint8_t* c1 = componentRow(1, y);
+            const uint8_t* c2 = componentRow(2, y);
+            if (frame_.rgb) {
+                rgbToBgr(c0, c1, c2, frame_.width, out);
+            } else {
+                yccToBgr(c0, c1, c2, frame_.width, out);
+            }
+        }
+        const size_t used = static_cast<size_t>(frame_.width) * 3;
+        std::memset(out + used, 0, stride_ - used);
+    }
+
+    const Frame& frame_;
+    uint8_t* const pixels_;
+    size_t stride_ = 0;
+    std::array<Plane, kMaxComponents> planes_;
+    int nextRow_ = 0;
+};
+
+void decodeOnOneThread(const Frame& frame, EntropyDecoder& entropy, RowBuilder& builder) {
+    CoefficientSlot slot(frame);
+    for (int r = 0; r < frame.mcuRows; ++r) {
+        entropy.decodeRow(slot.row);
+        builder.addRow(slot.row);
+    }
+}
+
+// Writes a byte into each page of the pixels not yet written, from the top of the picture (the end of the
+// buffer) down, as far as `limit`: a fresh DIB section's pages fault in on first touch, which costs a
+// 24-megapixel picture tens of milliseconds, better spent on a thread that would otherwise wait.
+class PageToucher {
+  public:
+    PageToucher(uint8_t* pixels, size_t size) : pixels_(pixels), next_(size) {}
+    // False when there's nothing left to touch below `limit`.
+    bool touchSome(size_t limit) {
+        constexpr size_t kPage = 4096;
+        size_t at = std::min(next_, limit);
+        if (at == 0) {
+            return false;
+        }
+        for (int i = 0; i < 16 && at > 0; ++i) {
+            at = at > kPage ? at - kPage : 0;
+            *static_cast<volatile uint8_t*>(pixels_ + at) = 0;
+        }
+        next_ = at;
+        return true;
+    }
+
+  private:
+    uint8_t* const pixels_;
+    size_t next_;
+};
+
+// A count one thread raises and the other waits for. The waiter spins a little before it sleeps: a row
+// takes a fraction of a millisecond, and putting a thread to sleep and waking it costs about as much on
+// some systems (under Wine every sleep is a round trip to the server).
+class Progress {
+  public:
+    int value() const { return value_.load(); }
+    void advance(int to) {
+        value_.store(to);
+        if (sleepers_.load() > 0) {
+            std::lock_guard lock(mutex_);
+            changed_.notify_all();
+        }
+    }
+    template <typename Ready>
+    void waitUntil(Ready ready) {
+        // A few hundred pauses cover a short wait; yielding after that lets the other thread have this core
+        // when the machine is busy.
+        for (int i = 0; i < 2000; ++i) {
+            if (ready()) {
+                return;
+            }
+            if (i < 300) {
+                pause();
+            } else {
+                std::this_thread::yield();
+            }
+        }
+        std::unique_lock lock(mutex_);
+        sleepers_.fetch_add(1);
+        changed_.wait(lock, ready);
+        sleepers_.fetch_sub(1);
+    }
+
+  private:
+    static void pause() {
+#if defined(__SSE2__)
+        _mm_pause();
+#endif
+    }
+    std::atomic<int> value_{0};
+    std::atomic<int> sleepers_{0};
+    std::mutex mutex_;
+    std::condition_variable changed_;
+};
+
+// The entropy decoding runs on a second thread a few MCU rows ahead of the rest; when it has to wait for
+// a free slot it faults in the pages of picture rows still to come. False when no thread could be started.
+bool decodeOnTwoThreads(const Frame& frame, EntropyDecoder& entropy, RowBuilder& builder, std::span<uint8_t> pixels) {
+    constexpr int kSlots = 4;
+    std::vector<CoefficientSlot> slots;
+    for (int i = 0; i < kSlots; ++i) {
+        slots.emplace_back(frame);
+    }
+    Progress decoded;
+    Progress built;
+    // Picture rows from MCU row r down lie in the first bytes of the bottom-up pixels, and the builder only
+    // writes them once it has that row.
+    const size_t stride = jpegBmpRowBytes(frame.width);
+    const auto bytesFromRow = [&](int r) {
+        const int rowsAbove = std::min(frame.height, r * 8 * frame.vMax);
+        return static_cast<size_t>(frame.height - rowsAbove) * stride;
+    };
+    std::thread worker;
+    try {
+        worker = std::thread([&] {
+            PageToucher pages(pixels.data(), bytesFromRow(0));
+            bool pagesLeft = true;
+            for (int r = 0; r < frame.mcuRows; ++r) {
+                const auto slotFree = [&] { return r - built.value() < kSlots; };
+                while (!slotFree()) {
+                    if (pagesLeft) {
+                        pagesLeft = pages.touchSome(bytesFromRow(r));
+                    } else {
+                        built.waitUntil(slotFree);
+                    }
+                }
+                entropy.decodeRow(slots[static_cast<size_t>(r % kSlots)].row);
+                decoded.advance(r + 1);
+            }
+        });
+    } catch (const std::system_error&) {
+        return false;
+    }
+    for (int r = 0; r < frame.mcuRows; ++r) {
+        decoded.waitUntil([&] { return decoded.value() > r; });
+        builder.addRow(slots[static_cast<size_t>(r % kSlots)].row);
+        built.advance(r + 1);
+    }
+    worker.join();
+    return true;
+}
+
+}  // namespace
+
+size_t jpegBmpRowBytes(int width) {
+    return (static_cast<size_t>(width) * 3 + 3) & ~static_cast<size_t>(3);
+}
+
+JpegHeader readJpegHeader(std::span<const uint8_t> file) {
+    try {
+        const auto frame = std::make_unique<Frame>();
+        const bool ok = readHeaders(file, *frame) == HeaderStatus::ok;
+        return {frame->width, frame->height, ok};
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
+
+JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options) {
+    try {
+        const auto frame = std::make_unique<Frame>();
+        if (readHeaders(file, *frame) != HeaderStatus::ok ||
+            pixels.size() < jpegBmpRowBytes(frame->width) * static_cast<size_t>(frame->height)) {
+            return JpegResult::notHandled;
+        }
+        EntropyDecoder entropy(*frame, file);
+        RowBuilder builder(*frame, pixels.data());
+        if (options.threads < 2 || frame->mcuRows < 2 || !decodeOnTwoThreads(*frame, entropy, builder, pixels)) {
+            decodeOnOneThread(*frame, entropy, builder);
+        }
+        return JpegResult::decoded;
+    } catch (const std::bad_alloc&) {
+        return JpegResult::notHandled;
+    }
+}
+
+}  // namespace tl

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+// Our own decoder for the JPEG files people keep as wallpapers (sequential Huffman-coded, 8-bit, grey or
+// YCbCr), written for speed: a 24-megapixel photo is decoded straight into BMP pixel rows. Whatever it
+// does not handle (progressive, arithmetic coding, 12-bit, CMYK, damage it can't get past) it says so
+// before writing anything, and the caller hands the file to a general decoder instead.
+namespace tl {
+
+// What a JPEG file's headers say, read without decoding the picture.
+struct JpegHeader {
+    int width = 0;
+    int height = 0;
+    // decodeJpeg will decode it; when false, width and height may still be known (a progressive file).
+    bool handled = false;
+};
+
+enum class JpegResult { decoded, notHandled };
+
+struct JpegOptions {
+    // 1 decodes on the calling thread alone; 2 also uses a second thread for the entropy decoding.
+    int threads = 2;
+};
+
+// Reads the headers up to the first scan.
+JpegHeader readJpegHeader(std::span<const uint8_t> file);
+
+// Bytes in one BMP pixel row: width * 3 padded to a multiple of 4.
+size_t jpegBmpRowBytes(int width);
+
+// Decodes into BMP pixel data: rows of blue, green, red, each padded with zeros to a multiple of 4 bytes,
+// the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes. A file cut short is
+// decoded as far as it goes, the rest grey, as other decoders show it. notHandled leaves `pixels` as
+// it was.
+JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options = {});
+
+}  // namespace tl

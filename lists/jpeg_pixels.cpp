@@ -1,0 +1,349 @@
+#include "lists/jpeg_pixels.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "lists/jpeg_kernels.h"
+
+namespace tl::jpeg {
+
+namespace {
+
+// One 8-point inverse transform of s[0], s[step], ... Products are 64-bit so that damaged coefficients
+// can't overflow; on real data every value fits 32 bits.
+void inverse8(const int64_t* s, int step, int shift, int64_t bias, int64_t* out) {
+    const int64_t s0 = s[0], s1 = s[step], s2 = s[2 * step], s3 = s[3 * step];
+    const int64_t s4 = s[4 * step], s5 = s[5 * step], s6 = s[6 * step], s7 = s[7 * step];
+
+    const int64_t z1 = (s2 + s6) * k0_541;
+    const int64_t even2 = z1 - s6 * k1_847;
+    const int64_t even3 = z1 + s2 * k0_765;
+    const int64_t even0 = (s0 + s4) * (1 << kConstBits);
+    const int64_t even1 = (s0 - s4) * (1 << kConstBits);
+    const int64_t e10 = even0 + even3;
+    const int64_t e13 = even0 - even3;
+    const int64_t e11 = even1 + even2;
+    const int64_t e12 = even1 - even2;
+
+    const int64_t z5 = (s7 + s3 + s5 + s1) * k1_175;
+    const int64_t z71 = (s7 + s1) * -k0_899;
+    const int64_t z53 = (s5 + s3) * -k2_562;
+    const int64_t z73 = (s7 + s3) * -k1_961 + z5;
+    const int64_t z51 = (s5 + s1) * -k0_390 + z5;
+    const int64_t odd7 = s7 * k0_298 + z71 + z73;
+    const int64_t odd5 = s5 * k2_053 + z53 + z51;
+    const int64_t odd3 = s3 * k3_072 + z53 + z73;
+    const int64_t odd1 = s1 * k1_501 + z71 + z51;
+
+    out[0] = (e10 + odd1 + bias) >> shift;
+    out[7] = (e10 - odd1 + bias) >> shift;
+    out[1] = (e11 + odd3 + bias) >> shift;
+    out[6] = (e11 - odd3 + bias) >> shift;
+    out[2] = (e12 + odd5 + bias) >> shift;
+    out[5] = (e12 - odd5 + bias) >> shift;
+    out[3] = (e13 + odd7 + bias) >> shift;
+    out[4] = (e13 - odd7 + bias) >> shift;
+}
+
+uint8_t clampSample(int64_t v) {
+    return static_cast<uint8_t>(std::clamp<int64_t>(v, 0, 255));
+}
+
+struct ColourTables {
+    std::array<int32_t, 256> crToR{};
+    std::array<int32_t, 256> cbToB{};
+    std::array<int32_t, 256> crToG{};  // scaled, summed with cbToG before the shift
+    std::array<int32_t, 256> cbToG{};
+};
+constexpr ColourTables makeColourTables() {
+    ColourTables t;
+    for (int i = 0; i < 256; ++i) {
+        const int32_t x = i - 128;
+        t.crToR[static_cast<size_t>(i)] = (kCrToR * x + kHalf) >> kColourBits;
+        t.cbToB[static_cast<size_t>(i)] = (kCbToB * x + kHalf) >> kColourBits;
+        t.crToG[static_cast<size_t>(i)] = -kCrToG * x;
+        t.cbToG[static_cast<size_t>(i)] = -kCbToG * x + kHalf;
+    }
+    return t;
+}
+constexpr ColourTables kColour = makeColourTables();
+
+uint8_t clampColour(int v) {
+    return static_cast<uint8_t>(std::clamp(v, 0, 255));
+}
+
+void h2v1Range(const uint8_t* in, int width, int from, int to, uint8_t* out) {
+    for (int i = from; i < to; ++i) {
+        const int here = 3 * in[i];
+        const int left = in[std::max(i - 1, 0)];
+        const int right = in[std::min(i + 1, width - 1)];
+        out[2 * i] = static_cast<uint8_t>((here + left + 1) >> 2);
+        out[2 * i + 1] = static_cast<uint8_t>((here + right + 2) >> 2);
+    }
+}
+
+void h2v2Range(const uint8_t* nearer, const uint8_t* farther, int width, int from, int to, uint8_t* out) {
+    const auto column = [&](int i) { return 3 * nearer[i] + farther[i]; };
+    for (int i = from; i < to; ++i) {
+        const int here = 3 * column(i);
+        out[2 * i] = static_cast<uint8_t>((here + column(std::max(i - 1, 0)) + 8) >> 4);
+        out[2 * i + 1] = static_cast<uint8_t>((here + column(std::min(i + 1, width - 1)) + 7) >> 4);
+    }
+}
+
+void yccRange(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int from, int to, uint8_t* out) {
+    for (int i = from; i < to; ++i) {
+        const int luma = y[i];
+        const auto b = static_cast<size_t>(cb[i]);
+        const auto r = static_cast<size_t>(cr[i]);
+        uint8_t* const p = out + 3 * i;
+        p[0] = clampColour(luma + kColour.cbToB[b]);
+        p[1] = clampColour(luma + ((kColour.cbToG[b] + kColour.crToG[r]) >> kColourBits));
+        p[2] = clampColour(luma + kColour.crToR[r]);
+    }
+}
+
+#if defined(__SSE2__)
+
+void idctBlockSse2(const int16_t* block, uint8_t* out, size_t stride) {
+    __m128i r[8];
+    for (int i = 0; i < 8; ++i) {
+        r[i] = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 8 * i));
+    }
+    inverseDct(r);
+    for (int i = 0; i < 8; i += 2) {
+        const __m128i two = _mm_packus_epi16(r[i], r[i + 1]);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + static_cast<size_t>(i) * stride), two);
+        _mm_storel_epi64(reinterpret_cast<__m128i*>(out + static_cast<size_t>(i + 1) * stride), _mm_srli_si128(two, 8));
+    }
+}
+
+// Four pixels held as B, G, R, 0 in 32 bits each, packed into the low 12 bytes.
+[[gnu::always_inline]] inline __m128i packPixels(__m128i p) {
+    const __m128i lowPixel = _mm_set_epi32(0, 0x00FFFFFF, 0, 0x00FFFFFF);
+    const __m128i highPixel = _mm_set_epi32(-1, 0, -1, 0);
+    const __m128i halves = _mm_or_si128(_mm_and_si128(p, lowPixel), _mm_srli_epi64(_mm_and_si128(p, highPixel), 8));
+    return _mm_or_si128(_mm_move_epi64(halves), _mm_slli_si128(_mm_srli_si128(halves, 8), 6));
+}
+
+// 16 pixels from their blue, green and red bytes, as 48 bytes of B, G, R.
+[[gnu::always_inline]] inline void storeBgr16(__m128i b, __m128i g, __m128i r, uint8_t* out) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i bgLo = _mm_unpacklo_epi8(b, g);
+    const __m128i bgHi = _mm_unpackhi_epi8(b, g);
+    const __m128i rLo = _mm_unpacklo_epi8(r, zero);
+    const __m128i rHi = _mm_unpackhi_epi8(r, zero);
+    const __m128i p0 = packPixels(_mm_unpacklo_epi16(bgLo, rLo));
+    const __m128i p1 = packPixels(_mm_unpackhi_epi16(bgLo, rLo));
+    const __m128i p2 = packPixels(_mm_unpacklo_epi16(bgHi, rHi));
+    const __m128i p3 = packPixels(_mm_unpackhi_epi16(bgHi, rHi));
+    auto* o = reinterpret_cast<__m128i*>(out);
+    _mm_storeu_si128(o, _mm_or_si128(p0, _mm_slli_si128(p1, 12)));
+    _mm_storeu_si128(o + 1, _mm_or_si128(_mm_srli_si128(p1, 4), _mm_slli_si128(p2, 8)));
+    _mm_storeu_si128(o + 2, _mm_or_si128(_mm_srli_si128(p2, 8), _mm_slli_si128(p3, 4)));
+}
+
+int yccToBgrSse2(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out) {
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i centre = _mm_set1_epi16(128);
+    int i = 0;
+    for (; i + 16 <= width; i += 16) {
+        const __m128i y8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i));
+        const __m128i cb8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cb + i));
+        const __m128i cr8 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cr + i));
+        const auto lo = yccTerms(_mm_unpacklo_epi8(y8, zero), _mm_sub_epi16(_mm_unpacklo_epi8(cb8, zero), centre),
+                                 _mm_sub_epi16(_mm_unpacklo_epi8(cr8, zero), centre));
+        const auto hi = yccTerms(_mm_unpackhi_epi8(y8, zero), _mm_sub_epi16(_mm_unpackhi_epi8(cb8, zero), centre),
+                                 _mm_sub_epi16(_mm_unpackhi_epi8(cr8, zero), centre));
+        storeBgr16(_mm_packus_epi16(lo.b, hi.b), _mm_packus_epi16(lo.g, hi.g), _mm_packus_epi16(lo.r, hi.r),
+                   out + 3 * i);
+    }
+    return i;
+}
+
+// Fancy upsampling of eight inputs from `i` on; their neighbours on both sides must exist.
+[[gnu::always_inline]] inline __m128i load8(const uint8_t* p) {
+    return _mm_unpacklo_epi8(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)), _mm_setzero_si128());
+}
+[[gnu::always_inline]] inline void storeEvenOdd(__m128i even, __m128i odd, uint8_t* out) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_or_si128(even, _mm_slli_epi16(odd, 8)));
+}
+
+int upsampleH2V1Sse2(const uint8_t* in, int width, uint8_t* out) {
+    int i = 1;
+    for (; i + 9 <= width; i += 8) {
+        const __m128i here = load8(in + i);
+        const __m128i three = _mm_add_epi16(_mm_add_epi16(here, here), here);
+        const __m128i even =
+            _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(three, load8(in + i - 1)), _mm_set1_epi16(1)), 2);
+        const __m128i odd =
+            _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(three, load8(in + i + 1)), _mm_set1_epi16(2)), 2);
+        storeEvenOdd(even, odd, out + 2 * i);
+    }
+    return i;
+}
+
+[[gnu::always_inline]] inline __m128i columnSum(const uint8_t* nearer, const uint8_t* farther) {
+    const __m128i n = load8(nearer);
+    return _mm_add_epi16(_mm_add_epi16(_mm_add_epi16(n, n), n), load8(farther));
+}
+
+int upsampleH2V2Sse2(const uint8_t* nearer, const uint8_t* farther, int width, uint8_t* out) {
+    int i = 1;
+    for (; i + 9 <= width; i += 8) {
+        const __m128i here = columnSum(nearer + i, farther + i);
+        const __m128i three = _mm_add_epi16(_mm_add_epi16(here, here), here);
+        const __m128i left = columnSum(nearer + i - 1, farther + i - 1);
+        const __m128i right = columnSum(nearer + i + 1, farther + i + 1);
+        const __m128i even = _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(three, left), _mm_set1_epi16(8)), 4);
+        const __m128i odd = _mm_srli_epi16(_mm_add_epi16(_mm_add_epi16(three, right), _mm_set1_epi16(7)), 4);
+        storeEvenOdd(even, odd, out + 2 * i);
+    }
+    return i;
+}
+
+#endif
+
+bool useAvx2() {
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+    static const bool yes = [] {
+        __builtin_cpu_init();
+        return avx2Compiled() && __builtin_cpu_supports("avx2");
+    }();
+    return yes;
+#else
+    return false;
+#endif
+}
+
+}  // namespace
+
+void idctBlockPlain(const int16_t* block, uint8_t* out, size_t stride) {
+    std::array<int64_t, 64> work{};
+    std::array<int64_t, 64> in{};
+    std::array<int64_t, 8> column{};
+    for (size_t i = 0; i < 64; ++i) {
+        in[i] = block[i];
+    }
+    for (size_t x = 0; x < 8; ++x) {
+        inverse8(&in[x], 8, kConstBits - kPass1Bits, int64_t{1} << (kConstBits - kPass1Bits - 1), column.data());
+        for (size_t y = 0; y < 8; ++y) {
+            work[y * 8 + x] = column[y];
+        }
+    }
+    // The level shift of 128 rides along with the rounding.
+    constexpr int shift = kConstBits + kPass1Bits + 3;
+    constexpr int64_t bias = (int64_t{1} << (shift - 1)) + (int64_t{128} << shift);
+    std::array<int64_t, 8> row{};
+    for (size_t y = 0; y < 8; ++y) {
+        inverse8(&work[y * 8], 1, shift, bias, row.data());
+        for (size_t x = 0; x < 8; ++x) {
+            out[y * stride + x] = clampSample(row[x]);
+        }
+    }
+}
+
+void idctBlock(const int16_t* block, int last, uint8_t* out, size_t stride) {
+    if (last == 0) {
+        // Only the DC term: both passes reduce to one rounding.
+        const uint8_t value = clampSample(((block[0] + 4) >> 3) + 128);
+        for (int y = 0; y < 8; ++y) {
+            std::memset(out + static_cast<size_t>(y) * stride, value, 8);
+        }
+        return;
+    }
+#if defined(__SSE2__)
+    idctBlockSse2(block, out, stride);
+#else
+    idctBlockPlain(block, out, stride);
+#endif
+}
+
+void idctBlockPair(const int16_t* left,
+                   int lastLeft,
+                   const int16_t* right,
+                   int lastRight,
+                   uint8_t* out,
+                   size_t stride) {
+    if (lastLeft != 0 && lastRight != 0 && useAvx2()) {
+        idctPairAvx2(left, right, out, stride);
+        return;
+    }
+    idctBlock(left, lastLeft, out, stride);
+    idctBlock(right, lastRight, out + 8, stride);
+}
+
+void upsampleH2V1Plain(const uint8_t* in, int width, uint8_t* out) {
+    h2v1Range(in, width, 0, width, out);
+}
+
+void upsampleH2V1(const uint8_t* in, int width, uint8_t* out) {
+    int done = 0;
+#if defined(__SSE2__)
+    h2v1Range(in, width, 0, 1, out);
+    done = upsampleH2V1Sse2(in, width, out);
+#endif
+    h2v1Range(in, width, done, width, out);
+}
+
+void upsampleH1V2(const uint8_t* nearer, const uint8_t* farther, int width, bool lower, uint8_t* out) {
+    const int bias = lower ? 2 : 1;
+    for (int i = 0; i < width; ++i) {
+        out[i] = static_cast<uint8_t>((3 * nearer[i] + farther[i] + bias) >> 2);
+    }
+}
+
+void upsampleH2V2Plain(const uint8_t* nearer, const uint8_t* farther, int width, uint8_t* out) {
+    h2v2Range(nearer, farther, width, 0, width, out);
+}
+
+void upsampleH2V2(const uint8_t* nearer, const uint8_t* farther, int width, uint8_t* out) {
+    int done = 0;
+#if defined(__SSE2__)
+    h2v2Range(nearer, farther, width, 0, 1, out);
+    done = upsampleH2V2Sse2(nearer, farther, width, out);
+#endif
+    h2v2Range(nearer, farther, width, done, width, out);
+}
+
+void upsampleBox(const uint8_t* in, int width, int factor, uint8_t* out) {
+    for (int i = 0; i < width; ++i) {
+        std::memset(out + static_cast<ptrdiff_t>(i) * factor, in[i], static_cast<size_t>(factor));
+    }
+}
+
+void yccToBgrPlain(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out) {
+    yccRange(y, cb, cr, 0, width, out);
+}
+
+void yccToBgr(const uint8_t* y, const uint8_t* cb, const uint8_t* cr, int width, uint8_t* out) {
+    int done = useAvx2() ? yccToBgrAvx2(y, cb, cr, width, out) : 0;
+#if defined(__SSE2__)
+    done += yccToBgrSse2(y + done, cb + done, cr + done, width - done, out + 3 * done);
+#endif
+    yccRange(y, cb, cr, done, width, out);
+}
+
+void greyToBgr(const uint8_t* y, int width, uint8_t* out) {
+    int i = 0;
+#if defined(__SSE2__)
+    for (; i + 16 <= width; i += 16) {
+        const __m128i grey = _mm_loadu_si128(reinterpret_cast<const __m128i*>(y + i));
+        storeBgr16(grey, grey, grey, out + 3 * i);
+    }
+#endif
+    for (; i < width; ++i) {
+        out[3 * i] = out[3 * i + 1] = out[3 * i + 2] = y[i];
+    }
+}
+
+void rgbToBgr(const uint8_t* r, const uint8_t* g, const uint8_t* b, int width, uint8_t* out) {
+    for (int i = 0; i < width; ++i, out += 3) {
+        out[0] = b[i];
+        out[1] = g[i];
+        out[2] = r[i];
+    }
+}
+
+}  // namespace tl::jpeg

@@ -1,0 +1,204 @@
+#include "lists/jpeg_pixels.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <random>
+#include <vector>
+
+namespace tl::jpeg {
+namespace {
+
+using Block = std::array<int16_t, 64>;
+using Samples = std::array<uint8_t, 64>;
+
+// The coefficients an encoder with all quantizers 1 would write for these samples.
+Block forwardDct(const Samples& samples) {
+    const double pi = std::acos(-1.0);
+    Block out{};
+    for (int v = 0; v < 8; ++v) {
+        for (int u = 0; u < 8; ++u) {
+            double sum = 0;
+            for (int y = 0; y < 8; ++y) {
+                for (int x = 0; x < 8; ++x) {
+                    sum += (samples[static_cast<size_t>(y * 8 + x)] - 128) * std::cos((2 * x + 1) * u * pi / 16) *
+                           std::cos((2 * y + 1) * v * pi / 16);
+                }
+            }
+            const double cu = u == 0 ? std::sqrt(0.5) : 1.0;
+            const double cv = v == 0 ? std::sqrt(0.5) : 1.0;
+            out[static_cast<size_t>(v * 8 + u)] = static_cast<int16_t>(std::lround(sum * cu * cv / 4));
+        }
+    }
+    return out;
+}
+
+Samples inverse(const Block& block, bool plain, int last = 63) {
+    Samples out{};
+    if (plain) {
+        idctBlockPlain(block.data(), out.data(), 8);
+    } else {
+        idctBlock(block.data(), last, out.data(), 8);
+    }
+    return out;
+}
+
+// Random pictures and the hardest real ones (full-swing checkerboards and stripes) make the largest
+// coefficients and intermediate sums.
+const std::vector<Samples>& testBlocks() {
+    static std::vector<Samples> blocks;
+    if (!blocks.empty()) {
+        return blocks;
+    }
+    std::mt19937 random(5);
+    for (int i = 0; i < 800; ++i) {
+        Samples s{};
+        const int spread = 1 + static_cast<int>(random() % 256);
+        const int base = static_cast<int>(random() % 256);
+        for (auto& v : s) {
+            v = static_cast<uint8_t>(
+                std::clamp(base + static_cast<int>(random() % static_cast<unsigned>(spread)) - spread / 2, 0, 255));
+        }
+        blocks.push_back(s);
+    }
+    for (int pattern = 0; pattern < 4; ++pattern) {
+        for (const bool inverted : {false, true}) {
+            Samples s{};
+            for (int y = 0; y < 8; ++y) {
+                for (int x = 0; x < 8; ++x) {
+                    const int bits[] = {x + y, x, y, (x / 2 + y / 2)};
+                    s[static_cast<size_t>(y * 8 + x)] = ((bits[pattern] & 1) != 0) != inverted ? 255 : 0;
+                }
+            }
+            blocks.push_back(s);
+        }
+    }
+    return blocks;
+}
+
+TEST(JpegPixels, InverseDctGivesBackTheSamples) {
+    for (const Samples& samples : testBlocks()) {
+        const Samples back = inverse(forwardDct(samples), true);
+        for (size_t i = 0; i < 64; ++i) {
+            ASSERT_NEAR(back[i], samples[i], 1) << "sample " << i;
+        }
+    }
+}
+
+TEST(JpegPixels, FastInverseDctMatchesThePlainOne) {
+    const std::vector<Samples>& blocks = testBlocks();
+    for (size_t i = 0; i + 1 < blocks.size(); i += 2) {
+        const Block left = forwardDct(blocks[i]);
+        const Block right = forwardDct(blocks[i + 1]);
+        ASSERT_EQ(inverse(left, false), inverse(left, true));
+        // Side by side, as two at a time.
+        std::array<uint8_t, 128> pair{};
+        idctBlockPair(left.data(), 63, right.data(), 63, pair.data(), 16);
+        Samples leftOut{};
+        Samples rightOut{};
+        for (size_t y = 0; y < 8; ++y) {
+            std::copy_n(&pair[y * 16], 8, &leftOut[y * 8]);
+            std::copy_n(&pair[y * 16 + 8], 8, &rightOut[y * 8]);
+        }
+        ASSERT_EQ(leftOut, inverse(left, true));
+        ASSERT_EQ(rightOut, inverse(right, true));
+    }
+    for (const int dc : {-1024, -1023, -5, -4, -3, 0, 3, 4, 5, 1016, 1023}) {
+        Block flat{};
+        flat[0] = static_cast<int16_t>(dc);
+        EXPECT_EQ(inverse(flat, false, 0), inverse(flat, true)) << "DC " << dc;
+    }
+}
+
+std::vector<uint8_t> randomRow(std::mt19937& random, int width) {
+    std::vector<uint8_t> row(static_cast<size_t>(width) + 16);
+    for (auto& v : row) {
+        v = static_cast<uint8_t>(random());
+    }
+    return row;
+}
+
+TEST(JpegPixels, FastUpsamplingMatchesThePlainOne) {
+    std::mt19937 random(9);
+    for (int width = 1; width <= 70; ++width) {
+        for (int round = 0; round < 5; ++round) {
+            const auto nearer = randomRow(random, width);
+            const auto farther = randomRow(random, width);
+            std::vector<uint8_t> fast(2 * nearer.size(), 0);
+            std::vector<uint8_t> plain(2 * nearer.size(), 0);
+            upsampleH2V1(nearer.data(), width, fast.data());
+            upsampleH2V1Plain(nearer.data(), width, plain.data());
+            ASSERT_EQ(fast, plain) << "across, width " << width;
+            upsampleH2V2(nearer.data(), farther.data(), width, fast.data());
+            upsampleH2V2Plain(nearer.data(), farther.data(), width, plain.data());
+            ASSERT_EQ(fast, plain) << "both ways, width " << width;
+        }
+    }
+}
+
+TEST(JpegPixels, UpsamplingWeighsTheNearerSampleThreeToOne) {
+    const uint8_t in[] = {0, 100, 200};
+    uint8_t out[6] = {};
+    upsampleH2V1(in, 3, out);
+    EXPECT_EQ(std::vector<uint8_t>(out, out + 6), (std::vector<uint8_t>{0, 25, 75, 125, 175, 200}));
+    const uint8_t below[] = {40, 40, 40};
+    upsampleH1V2(in, below, 3, true, out);
+    EXPECT_EQ(std::vector<uint8_t>(out, out + 3), (std::vector<uint8_t>{10, 85, 160}));
+}
+
+TEST(JpegPixels, FastColourConversionMatchesThePlainOne) {
+    std::vector<uint8_t> cr(256);
+    for (int i = 0; i < 256; ++i) {
+        cr[static_cast<size_t>(i)] = static_cast<uint8_t>(i);
+    }
+    for (const int luma : {0, 1, 77, 128, 254, 255}) {
+        const std::vector<uint8_t> y(256, static_cast<uint8_t>(luma));
+        for (int blue = 0; blue < 256; ++blue) {
+            const std::vector<uint8_t> cb(256, static_cast<uint8_t>(blue));
+            std::vector<uint8_t> fast(768);
+            std::vector<uint8_t> plain(768);
+            yccToBgr(y.data(), cb.data(), cr.data(), 256, fast.data());
+            yccToBgrPlain(y.data(), cb.data(), cr.data(), 256, plain.data());
+            ASSERT_EQ(fast, plain) << "Y " << luma << ", Cb " << blue;
+        }
+    }
+    std::mt19937 random(3);
+    for (int width = 1; width <= 50; ++width) {
+        const auto y = randomRow(random, width);
+        const auto cb = randomRow(random, width);
+        const auto r = randomRow(random, width);
+        std::vector<uint8_t> fast(3 * y.size(), 0xEE);
+        std::vector<uint8_t> plain(3 * y.size(), 0xEE);
+        yccToBgr(y.data(), cb.data(), r.data(), width, fast.data());
+        yccToBgrPlain(y.data(), cb.data(), r.data(), width, plain.data());
+        ASSERT_EQ(fast, plain) << "width " << width << " (nothing written past the row either)";
+    }
+}
+
+TEST(JpegPixels, ColourConversionFollowsJfif) {
+    struct Case {
+        uint8_t y, cb, cr;
+        std::array<uint8_t, 3> bgr;
+    };
+    const Case cases[] = {
+        {128, 128, 128, {128, 128, 128}},  // grey stays grey
+        {76, 85, 255, {0, 0, 254}},        // red, rounded as JFIF's formula gives it
+        {150, 44, 21, {1, 255, 0}},        // green
+        {29, 255, 107, {254, 0, 0}},       // blue
+        {255, 255, 255, {255, 121, 255}},  // out of gamut: clamped
+    };
+    for (const Case& c : cases) {
+        std::array<uint8_t, 3> out{};
+        yccToBgr(&c.y, &c.cb, &c.cr, 1, out.data());
+        EXPECT_EQ(out, c.bgr) << int{c.y} << "," << int{c.cb} << "," << int{c.cr};
+    }
+    const std::vector<uint8_t> grey = {0, 17, 255};
+    std::vector<uint8_t> out(9);
+    greyToBgr(grey.data(), 3, out.data());
+    EXPECT_EQ(out, (std::vector<uint8_t>{0, 0, 0, 17, 17, 17, 255, 255, 255}));
+}
+
+}  // namespace
+}  // namespace tl::jpeg

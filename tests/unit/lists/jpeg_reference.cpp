@@ -1,0 +1,134 @@
+#include "lists/jpeg_reference.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+#include "lists/jpeg_decoder.h"
+
+namespace tl::test {
+
+namespace {
+
+bool run(const std::string& command) {
+    return std::system((command + " 2>/dev/null").c_str()) == 0;
+}
+
+std::string bytes(const std::vector<uint8_t>& v) {
+    return std::string(v.begin(), v.end());
+}
+
+// A binary PPM (P6) or PGM (P5) with maxval 255, as djpeg writes them.
+std::optional<RgbImage> parsePnm(const std::string& data) {
+    std::istringstream in(data);
+    std::string magic;
+    int width = 0;
+    int height = 0;
+    int maxval = 0;
+    in >> magic >> width >> height >> maxval;
+    in.get();
+    if ((magic != "P6" && magic != "P5") || width <= 0 || height <= 0 || maxval != 255) {
+        return std::nullopt;
+    }
+    const int channels = magic == "P6" ? 3 : 1;
+    const auto start = static_cast<size_t>(in.tellg());
+    const size_t size = static_cast<size_t>(width) * height * channels;
+    if (data.size() < start + size) {
+        return std::nullopt;
+    }
+    RgbImage image{width, height, {}};
+    image.rgb.resize(static_cast<size_t>(width) * height * 3);
+    for (size_t i = 0; i < static_cast<size_t>(width) * height; ++i) {
+        for (size_t c = 0; c < 3; ++c) {
+            image.rgb[i * 3 + c] = static_cast<uint8_t>(data[start + i * channels + (channels == 3 ? c : 0)]);
+        }
+    }
+    return image;
+}
+
+}  // namespace
+
+bool haveJpegTools() {
+    return run("cjpeg -version >/dev/null") && run("djpeg -version >/dev/null");
+}
+
+RgbImage testPicture(int width, int height, unsigned seed) {
+    RgbImage image{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 3)};
+    uint32_t state = seed * 2654435761u + 1;
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            state = state * 1664525u + 1013904223u;
+            const int noise = static_cast<int>(state >> 27) - 16;
+            const int edge = ((x / 6 + y / 5) % 3 == 0) ? 70 : -30;
+            const int r = x * 255 / std::max(1, width - 1) + noise;
+            const int g = y * 255 / std::max(1, height - 1) + edge;
+            const int b = 128 + static_cast<int>(100 * std::sin((x + 2 * y) * 0.21)) - noise;
+            uint8_t* p = &image.rgb[(static_cast<size_t>(y) * width + x) * 3];
+            p[0] = static_cast<uint8_t>(std::clamp(r, 0, 255));
+            p[1] = static_cast<uint8_t>(std::clamp(g, 0, 255));
+            p[2] = static_cast<uint8_t>(std::clamp(b, 0, 255));
+        }
+    }
+    return image;
+}
+
+std::vector<uint8_t> encodeJpeg(const TempDir& dir, const RgbImage& picture, const std::string& switches) {
+    std::string ppm = "P6\n" + std::to_string(picture.width) + " " + std::to_string(picture.height) + "\n255\n";
+    ppm.append(picture.rgb.begin(), picture.rgb.end());
+    dir.write("in.ppm", ppm);
+    if (!run("cjpeg " + switches + " -outfile " + dir.file("out.jpg") + " " + dir.file("in.ppm"))) {
+        return {};
+    }
+    const std::string jpeg = dir.read("out.jpg");
+    return std::vector<uint8_t>(jpeg.begin(), jpeg.end());
+}
+
+std::optional<RgbImage> referenceDecode(const TempDir& dir, const std::vector<uint8_t>& jpeg) {
+    dir.write("ref.jpg", bytes(jpeg));
+    // djpeg exits with 2 after warnings (a file cut short) and still writes the picture.
+    std::system(("djpeg -outfile " + dir.file("ref.pnm") + " " + dir.file("ref.jpg") + " 2>/dev/null").c_str());
+    return parsePnm(dir.read("ref.pnm"));
+}
+
+std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads) {
+    const JpegHeader header = readJpegHeader(jpeg);
+    if (!header.handled) {
+        return std::nullopt;
+    }
+    const size_t stride = jpegBmpRowBytes(header.width);
+    std::vector<uint8_t> pixels(stride * static_cast<size_t>(header.height));
+    if (decodeJpeg(jpeg, pixels, JpegOptions{threads}) != JpegResult::decoded) {
+        return std::nullopt;
+    }
+    RgbImage image{header.width, header.height,
+                   std::vector<uint8_t>(static_cast<size_t>(header.width) * header.height * 3)};
+    for (int y = 0; y < header.height; ++y) {
+        const uint8_t* row = &pixels[static_cast<size_t>(header.height - 1 - y) * stride];
+        for (int x = 0; x < header.width; ++x) {
+            uint8_t* p = &image.rgb[(static_cast<size_t>(y) * header.width + x) * 3];
+            p[0] = row[x * 3 + 2];
+            p[1] = row[x * 3 + 1];
+            p[2] = row[x * 3];
+        }
+    }
+    return image;
+}
+
+Difference compareImages(const RgbImage& a, const RgbImage& b) {
+    Difference d;
+    if (a.width != b.width || a.height != b.height || a.rgb.size() != b.rgb.size()) {
+        return {255, 255.0};
+    }
+    double sum = 0;
+    for (size_t i = 0; i < a.rgb.size(); ++i) {
+        const int diff = std::abs(a.rgb[i] - b.rgb[i]);
+        d.max = std::max(d.max, diff);
+        sum += diff;
+    }
+    d.mean = a.rgb.empty() ? 0 : sum / static_cast<double>(a.rgb.size());
+    return d;
+}
+
+}  // namespace tl::test
