@@ -22,7 +22,7 @@
 
 namespace {
 
-using namespace bench;
+using namespace tl::bench;
 
 struct Round {
     double loadMs;
@@ -120,8 +120,8 @@ int main(int argc, char** argv) {
         hits += box.findExact("E:\\Camera\\Import\\" + addedName(i)) >= 0 ? 1 : 0;
     }
     const double linearPerFile = msSince(start) / sample;
-    std::printf("%-34s %8.1f ms for %d lookups (%d hits)\n", "duplicate index", indexMs, added, hits);
-    std::printf("%-34s %8.3f ms per lookup, about %.1f s for %d as the list grows\n", "linear search of the list",
+    std::printf("%-44s %8.1f ms for %d lookups (%d hits)\n", "duplicate index", indexMs, added, hits);
+    std::printf("%-44s %8.3f ms per lookup, about %.1f s for %d as the list grows\n", "linear search of the list",
                 linearPerFile, linearPerFile * added / 1000.0 * 1.5, added);
     std::filesystem::remove_all(dir);
     return 0;

@@ -1,29 +1,15 @@
 #pragma once
 
-// What both list manager benchmarks use: the paths of the listed and the added files, a user and a file
-// remover that stay quiet, and the timing helpers.
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
+// What both list manager benchmarks use: the paths of the listed and the added files, and a user and a
+// file remover that stay quiet.
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/ui.h"
+#include "bench/timing.h"
 #include "manager/manager_view.h"
 
-namespace bench {
-
-using Clock = std::chrono::steady_clock;
-
-inline double msSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-inline void report(const char* what, std::vector<double> ms) {
-    std::sort(ms.begin(), ms.end());
-    std::printf("%-34s best %8.1f ms   median %8.1f ms\n", what, ms.front(), ms[ms.size() / 2]);
-}
+namespace tl::bench {
 
 class SilentUi : public tl::Ui {
   public:
@@ -47,4 +33,4 @@ inline std::string addedName(int i) {
     return "DSC" + std::to_string(500000 + i) + ".jpg";
 }
 
-}  // namespace bench
+}  // namespace tl::bench

@@ -19,7 +19,7 @@
 #include "manager/list_manager.h"
 #include "tests/unit/manager/fake_manager_view.h"
 
-using namespace bench;
+using namespace tl::bench;
 
 int main(int argc, char** argv) {
     using namespace tl;
@@ -98,7 +98,7 @@ int main(int argc, char** argv) {
                     : 0;
     }
     const double perFile = msSince(start) / sample;
-    std::printf("%-34s %8.3f ms per file on %d lines (%d hits): about %.1f s for %d files as the list grows\n",
+    std::printf("%-44s %8.3f ms per file on %d lines (%d hits): about %.1f s for %d files as the list grows\n",
                 "LB_FINDSTRINGEXACT instead", perFile, listed + added, hits, perFile * added * 0.75 / 1000.0, added);
     ::DestroyWindow(lastBox);
     ::DeleteFileA(listFile.c_str());
