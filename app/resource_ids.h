@@ -11,7 +11,7 @@
 #define VS_VERSION_INFO_ID 1
 
 // changer: 1000-1999
-// manager: 2000-2999
+// manager: 2000-2999 (manager/manager_ids.h)
 // tracker: 3000-3999
 // hotkey: 4000-4999
 // display: 5000-5999 (the resolution submenu's items start at 5100)

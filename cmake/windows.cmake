@@ -11,8 +11,11 @@ target_link_libraries(tessaline_win PUBLIC tessaline_core ${TL_WIN_LIBS})
 target_compile_options(tessaline_win PRIVATE ${TL_WARNINGS})
 
 set(TL_RC ${CMAKE_SOURCE_DIR}/app/tessaline.rc)
+# The subsystems' own resource scripts and pictures, which tessaline.rc includes.
+file(GLOB TL_RC_PARTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/*/*.rc" "${CMAKE_SOURCE_DIR}/*/res/*")
+list(REMOVE_ITEM TL_RC_PARTS ${TL_RC})
 set_source_files_properties(${TL_RC} PROPERTIES
-    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/app/tessaline.manifest")
+    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/app/tessaline.manifest;${TL_RC_PARTS}")
 
 add_executable(tessaline WIN32 app/main_win.cpp ${TL_RC})
 target_link_libraries(tessaline PRIVATE tessaline_win)

@@ -2,8 +2,9 @@
 # Runs every benchmark and prints its figures: the native ones (built in build/bench, optimised and without
 # sanitizers; the JPEG decoder's on two generated 24-megapixel photos, 4:4:4 and 4:2:0, beside djpeg), then
 # the Windows ones under Wine: the picture layer, applying the 24-megapixel JPEG beside djpeg -bmp on the
-# same file, GDI/USER objects after 10,000 applies, and the idle working set of the program in the tray
-# beside a trivial Win32 program's. --native runs only the native benchmarks. The machine may be shared,
+# same file, GDI/USER objects after 10,000 applies, the list manager adding 20,000 files to a 20,000-entry
+# list in a real list box, and the idle working set of the program in the tray beside a trivial Win32
+# program's. --native runs only the native benchmarks. The machine may be shared,
 # so every timing is the best of several runs, and the two sides of a ratio are timed in turns.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
@@ -73,6 +74,9 @@ djpeg_best_ms() {
 echo "== picture layer under Wine =="
 wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture")" 5
 wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture420")" 5
+
+echo "== the list manager under Wine (a real LISTBOX) =="
+wine ./build/windows/manager_bench_win.exe
 
 echo "== applying a wallpaper under Wine (frmMain's apply, beside djpeg -bmp) =="
 djpeg_first=$(djpeg_best_ms 5)

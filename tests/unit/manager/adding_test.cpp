@@ -1,0 +1,185 @@
+#include "manager/duplicate_index.h"
+#include "manager/manager_fixture.h"
+
+namespace tl::test {
+namespace {
+
+using ::testing::ElementsAre;
+
+using Adding = ManagerTest;
+
+TEST(DuplicateIndex, AnswersAsTheListBoxExactSearch) {
+    FakeListBox box;
+    DuplicateIndex index;
+    for (const char* line : {"C:\\Photos\\Sea.jpg", "C:\\\\root.jpg", "D:\\\xC9T\xC9.JPG", "\\top.bmp"}) {
+        box.add(line);
+        index.add(line);
+    }
+    for (const char* probe : {"c:\\photos\\sea.JPG", "C:\\Photos\\Sea.jp", "C:\\Photos\\Sea.jpg ", "C:\\root.jpg",
+                              "c:\\\\ROOT.JPG", "d:\\\xE9t\xE9.jpg", "\\TOP.BMP", "top.bmp", ""}) {
+        EXPECT_EQ(index.contains(probe), box.findExact(probe) >= 0) << probe;
+    }
+    index.clear();
+    EXPECT_FALSE(index.contains("C:\\Photos\\Sea.jpg"));
+}
+
+TEST_F(Adding, DuplicatesDifferingOnlyInCaseAreSkippedSilently) {
+    view.dir1 = "C:\\Photos";
+    view.selectedFiles = {"Sea.jpg"};
+    manager.addFiles();
+    view.dir1 = "c:\\PHOTOS";
+    view.selectedFiles = {"SEA.JPG", "sky.jpg"};
+    manager.addFiles();
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\Photos\\Sea.jpg", "c:\\PHOTOS\\sky.jpg"));
+    EXPECT_TRUE(ui.messages.empty());
+    EXPECT_TRUE(manager.checkDupe("c:\\photos\\sea.jpg"));
+    EXPECT_FALSE(manager.checkDupe("c:\\photos"));
+}
+
+TEST_F(Adding, WithTheCheckOffTheSameFileIsAddedTwice) {
+    app.settings.CheckForDuplicates = false;
+    view.dir1 = "C:\\Photos";
+    view.selectedFiles = {"Sea.jpg", "Sea.jpg"};
+    manager.addFiles();
+    EXPECT_EQ(list1.count(), 2);
+    expectAligned();
+}
+
+TEST_F(Adding, ASelectedFileInADriveRootGetsADoubledSeparatorAndIsNoDuplicateOfItsDrop) {
+    file("C:\\a.jpg");
+    view.dir1 = "C:\\";
+    view.selectedFiles = {"a.jpg"};
+    manager.addFiles();
+    manager.dropFiles({"C:\\a.jpg"});
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\\\a.jpg", "C:\\a.jpg"));
+    EXPECT_EQ(view.log, "busy;idle;hideList;showList;") << "selected files show no entry controls";
+}
+
+TEST_F(Adding, AddFilesKeepsTheSelectionOrderAndTheChosenOrientation) {
+    view.dir1 = "C:\\P";
+    view.selectedFiles = {"b.gif", "a.jpg"};
+    view.addOrientation_ = kScale;
+    manager.addFiles();
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\P\\b.gif", "C:\\P\\a.jpg"));
+    EXPECT_EQ(manager.entries()[0].orientation, kScale);
+    EXPECT_EQ(manager.entries()[1].orientation, kScale);
+    EXPECT_EQ(manager.entries()[0].width, 0) << "only Auto reads the picture";
+}
+
+struct AutoCase {
+    int width;
+    int height;
+    Orientation want;
+};
+
+TEST_F(Adding, AutoReadsEachPictureStoresItsSizeAndResolvesTheOrientation) {
+    const AutoCase cases[] = {{800, 600, kStretch}, {400, 600, kTile}, {1000, 2000, kCenter}};
+    manager.load(1024, 768);
+    for (const auto& c : cases) {
+        const std::string path = "C:\\p" + std::to_string(c.width) + ".bmp";
+        file(path, bmpHeader(c.width, c.height));
+        ASSERT_TRUE(manager.addEntry(path, kAuto)) << path;
+        const WallpaperEntry& e = manager.entries()[static_cast<size_t>(list1.count() - 1)];
+        EXPECT_EQ(e.orientation, c.want) << path;
+        EXPECT_EQ(e.width, c.width);
+        EXPECT_EQ(e.height, c.height);
+    }
+    expectAligned();
+}
+
+TEST_F(Adding, AnInvalidPictureIsRefusedWithItsMessageAndLeavesAnEmptiedElement) {
+    manager.load(1024, 768);
+    file("C:\\good.bmp", bmpHeader(640, 480));
+    file("C:\\bad.jpg", "not a picture at all");
+    ASSERT_TRUE(manager.addEntry("C:\\good.bmp", kAuto));
+    for (const char* path : {"C:\\bad.jpg", "C:\\missing.jpg"}) {
+        ui.messages.clear();
+        EXPECT_FALSE(manager.addEntry(path, kAuto));
+        ASSERT_EQ(ui.messages.size(), 1u) << path;
+        EXPECT_EQ(ui.messages[0].text, std::string("The file '") + path +
+                                           "' seems to be invalid, or I can't open it for some reason. I will not "
+                                           "add it.");
+        EXPECT_EQ(ui.messages[0].title, "Error");
+        EXPECT_EQ(ui.messages[0].style, kMbOk);
+    }
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\good.bmp"));
+    // The good entry, the element emptied by the first refusal (the second refused add reused it), the spare.
+    ASSERT_EQ(manager.entries().size(), 4u);
+    EXPECT_EQ(manager.entries()[1].path, "");
+    EXPECT_EQ(manager.entries()[2].path, "");
+
+    // The next add takes the emptied slot, so entry i is still line i.
+    ASSERT_TRUE(manager.addEntry("C:\\later.jpg", kTile));
+    EXPECT_EQ(manager.entries()[1].path, "C:\\later.jpg");
+    EXPECT_EQ(imageCount(manager.entries()), 4) << "the refused adds' elements stay behind";
+}
+
+TEST_F(Adding, SortingCompactsSoThatEntriesStayAlignedWithTheList) {
+    manager.load(1024, 768);
+    file("C:\\bad.jpg", "junk");
+    manager.addEntry("C:\\b.jpg", kTile);
+    manager.addEntry("C:\\bad.jpg", kAuto);  // refused: an emptied element, which sorts first
+    manager.addEntry("C:\\A.jpg", kStretch);
+    manager.addEntry("C:\\bad.jpg", kAuto);
+    manager.addEntry("C:\\c.jpg", kScale);
+    ASSERT_GT(imageCount(manager.entries()), list1.count());
+
+    manager.sortList();
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\A.jpg", "C:\\b.jpg", "C:\\c.jpg"));
+    expectAligned();
+    EXPECT_EQ(manager.entries()[0].orientation, kStretch) << "whole entries move together";
+    EXPECT_EQ(manager.entries()[1].orientation, kTile);
+    EXPECT_EQ(manager.entries()[2].orientation, kScale);
+    EXPECT_EQ(view.hourglass, 0);
+    EXPECT_EQ(view.caption(), "Tessaline") << "the caption comes back after \"Sorting...\"";
+}
+
+TEST_F(Adding, SortingDropsListedPathsThatNameNoPicture) {
+    fs.writeNewFile("C:\\list.wall", "C:\\b.jpg\t1\r\nC:\\notes.txt\t0\r\nC:\\a.gif\t2\r\n");
+    app.listPath = "C:\\list.wall";
+    manager.load(1024, 768);
+    ASSERT_EQ(list1.count(), 3) << "a loaded list shows every line";
+    manager.sortList();
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\a.gif", "C:\\b.jpg"));
+    expectAligned();
+}
+
+TEST_F(Adding, ADropAddsFilesAndFoldersAndSortsOnceAtTheEnd) {
+    file("C:\\Drop\\z.jpg");
+    file("C:\\Drop\\y.gif");
+    file("C:\\Loose\\m.jpg");
+    app.settings.AutoSortFolder = true;
+    view.dir1 = "C:\\Before";
+    view.highlighted = "C:\\Before\\Sub";
+    manager.dropFiles({"C:\\Loose\\m.jpg", " C:\\Drop ", std::string("C:\\Loose\\n.gif\0junk", 19), "C:\\readme.txt"});
+
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\Drop\\z.jpg", "C:\\Loose\\m.jpg", "C:\\Loose\\n.gif"));
+    expectAligned();
+    EXPECT_TRUE(app.settings.AutoSortFolder) << "the setting comes back after the drop";
+    EXPECT_THAT(view.dirHistory, ElementsAre("C:\\Drop", "C:\\Before")) << "Dir1 goes back where it was";
+    EXPECT_EQ(view.hourglass, 0);
+    EXPECT_EQ(view.log, "hideList;busy;entryControls;idle;showList;");
+}
+
+TEST_F(Adding, WhileBusyAddsBeepDropsAreIgnoredAndTheWindowStaysOpen) {
+    file("C:\\Busy\\a.jpg");
+    view.dir1 = view.highlighted = "C:\\Busy";
+    view.selectedFiles = {"x.jpg"};
+    bool closed = true;
+    view.onProgress = [&] {
+        view.onProgress = nullptr;
+        manager.addFiles();
+        manager.addFolder();
+        manager.dropFiles({"C:\\Busy\\a.jpg", "C:\\other.jpg"});
+        closed = manager.mayClose();
+    };
+    manager.addFolder();
+    EXPECT_EQ(ui.beeps, 3) << "two adds and the close";
+    EXPECT_FALSE(closed);
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\Busy\\a.jpg"));
+    EXPECT_FALSE(manager.busy());
+    EXPECT_TRUE(manager.mayClose());
+}
+
+}  // namespace
+}  // namespace tl::test
