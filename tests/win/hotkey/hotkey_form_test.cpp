@@ -16,6 +16,7 @@
 #include "hotkey/hot_key_input.h"
 #include "hotkey/hotkey_form_win.h"
 #include "support/program_dir.h"
+#include "support/window_driver.h"
 
 namespace tl::wintest {
 namespace {
@@ -121,9 +122,7 @@ TEST_F(HotkeyDialogTest, OkStoresTheTypedCombinationWithTheFieldsModifierBits) {
         shownAtLoad = ::SendMessageA(d.field, HKM_GETHOTKEY, 0, 0);
         // Ctrl+Alt+F7: the field's flags are 2 Control | 4 Alt.
         type(d, {VK_CONTROL, VK_MENU}, VK_F7, MAKEWORD(VK_F7, HOTKEYF_CONTROL | HOTKEYF_ALT));
-        if (!clickWindow(d.ok)) {
-            problem("the click on Ok was refused");
-        }
+        clickButton(d.ok);
     });
     EXPECT_TRUE(problems.empty()) << problems.front();
     EXPECT_EQ(label, "Press the key combination you want to trigger a change in the wallpaper");
@@ -139,9 +138,7 @@ TEST_F(HotkeyDialogTest, OkStoresTheTypedCombinationWithTheFieldsModifierBits) {
 TEST_F(HotkeyDialogTest, CancelChangesNothing) {
     const bool stored = runDialog([&](const Dialog& d) {
         type(d, {VK_SHIFT}, VK_F8, MAKEWORD(VK_F8, HOTKEYF_SHIFT));
-        if (!clickWindow(d.cancel)) {
-            problem("the click on Cancel was refused");
-        }
+        clickButton(d.cancel);
     });
     EXPECT_TRUE(problems.empty()) << problems.front();
     EXPECT_FALSE(stored);
