@@ -11,8 +11,9 @@ target_link_libraries(tessaline_win PUBLIC tessaline_core ${TL_WIN_LIBS})
 target_compile_options(tessaline_win PRIVATE ${TL_WARNINGS})
 
 set(TL_RC ${CMAKE_SOURCE_DIR}/app/tessaline.rc)
+file(GLOB TL_ICONS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/*/res/*.ico")
 set_source_files_properties(${TL_RC} PROPERTIES
-    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/app/tessaline.manifest")
+    OBJECT_DEPENDS "${CMAKE_SOURCE_DIR}/app/tessaline.manifest;${TL_ICONS}")
 
 add_executable(tessaline WIN32 app/main_win.cpp ${TL_RC})
 target_link_libraries(tessaline PRIVATE tessaline_win)
