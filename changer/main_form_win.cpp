@@ -3,7 +3,6 @@
 #include "changer/main_form_win.h"
 
 #include <shellapi.h>
-#include <shlobj.h>
 
 #include <memory>
 #include <optional>
@@ -63,15 +62,6 @@ int shiftKeys() {
            (::GetKeyState(VK_MENU) < 0 ? kAltKey : 0);
 }
 
-int CALLBACK folderBrowseCallback(HWND dialog, UINT message, LPARAM, LPARAM data) {
-    if (message == BFFM_INITIALIZED) {
-        const auto* texts = reinterpret_cast<const std::pair<const std::string*, const std::string*>*>(data);
-        ::SetWindowTextA(dialog, texts->first->c_str());
-        ::SendMessageA(dialog, BFFM_SETSELECTIONA, TRUE, reinterpret_cast<LPARAM>(texts->second->c_str()));
-    }
-    return 0;
-}
-
 class MainWindow : public Window, private MainFormHost {
   public:
     MainWindow() = default;
@@ -97,6 +87,8 @@ class MainWindow : public Window, private MainFormHost {
     // Pops up one of frmMain's menus at a point (the cursor when none is given), its check marks and
     // captions brought up to date; the chosen item arrives as WM_COMMAND.
     void popUpMenu(HMENU menu, std::optional<POINT> at = std::nullopt);
+    // The same under a button, or over it where the screen ends: never on it, or under the pointer.
+    void popUpMenuAt(HMENU menu, RECT button);
 
     // MainFormHost
     ListBoxView& list1() override { return panel_.list1(); }
@@ -131,11 +123,13 @@ class MainWindow : public Window, private MainFormHost {
     bool livesInTray() override;
     void layoutPanel() override { panel_.layout(); }
     void openWebPage() override;
-    void popUpOptionsMenu() override { popUpMenu(menus_.options(), panel_.belowButton(PanelButton::Image4)); }
+    void popUpOptionsMenu() override { popUpMenuAt(menus_.options(), panel_.buttonRect(PanelButton::Image4)); }
     void showPreviewWindow(const std::string& path) override { showPreview(path, program().app.settings); }
     std::optional<std::string> browseForFolder(const std::string& title,
                                                const std::string& prompt,
-                                               const std::string& start) override;
+                                               const std::string& start) override {
+        return browseForFolderFrom(hwnd(), title, prompt, start);
+    }
     std::string currentDirectory() override;
     void applyIconTextOptions() override { options_->load(kTransTimerId); }
     void makeIconTextTransparent(bool redraw) override { options_->makeIconTextTransparent(redraw); }
@@ -174,6 +168,13 @@ void MainWindow::load() {
         return;
     }
     formLoaded();
+    // "Show panel..." opens it in the middle of the work area.
+    RECT work{};
+    if (::SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0)) {
+        ::SetWindowPos(hwnd(), nullptr, work.left + (work.right - work.left - size.cx) / 2,
+                       work.top + (work.bottom - work.top - size.cy) / 2, 0, 0,
+                       SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
     panel_.create(hwnd());
     pictures_.setFrameHandlers([this] { panel_.factsShown(); }, [this] { panel_.factsHidden(); });
     tray_ = std::make_unique<Win32TrayIcon>(hwnd());
@@ -413,6 +414,24 @@ void MainWindow::popUpMenu(HMENU menu, std::optional<POINT> at) {
     ::PostMessageA(hwnd(), WM_NULL, 0, 0);
 }
 
+void MainWindow::popUpMenuAt(HMENU menu, RECT button) {
+    syncMenus();
+    // Opened towards the larger room, under or over the button. The exclusion rectangle keeps it off the
+    // button where the system honours it (Wine does not).
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    ::GetMonitorInfoA(::MonitorFromRect(&button, MONITOR_DEFAULTTONEAREST), &monitor);
+    const bool upwards = button.top - monitor.rcWork.top > monitor.rcWork.bottom - button.bottom;
+    TPMPARAMS keepClear{};
+    keepClear.cbSize = sizeof keepClear;
+    keepClear.rcExclude = button;
+    ::SetForegroundWindow(hwnd());
+    ::TrackPopupMenuEx(menu,
+                       TPM_LEFTALIGN | TPM_VERTICAL | TPM_RIGHTBUTTON | (upwards ? TPM_BOTTOMALIGN : TPM_TOPALIGN),
+                       button.left, upwards ? button.top : button.bottom, hwnd(), &keepClear);
+    ::PostMessageA(hwnd(), WM_NULL, 0, 0);
+}
+
 void MainWindow::onWindowPosChanged() {
     if (!form_ || form_->isUnloaded()) {
         return;
@@ -472,27 +491,6 @@ void MainWindow::runDisplayProperties() {
 
 void MainWindow::openWebPage() {
     ::ShellExecuteA(hwnd(), "open", TL_WEB_PAGE, nullptr, nullptr, SW_SHOWNORMAL);
-}
-
-std::optional<std::string> MainWindow::browseForFolder(const std::string& title,
-                                                       const std::string& prompt,
-                                                       const std::string& start) {
-    scoped_com_init com;
-    const std::pair<const std::string*, const std::string*> texts{&title, &start};
-    char displayName[MAX_PATH] = {};
-    BROWSEINFOA info{};
-    info.hwndOwner = hwnd();
-    info.pszDisplayName = displayName;
-    info.lpszTitle = prompt.c_str();
-    info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
-    info.lpfn = &folderBrowseCallback;
-    info.lParam = reinterpret_cast<LPARAM>(&texts);
-    unique_cotaskmem chosen(::SHBrowseForFolderA(&info));
-    char path[MAX_PATH] = {};
-    if (!chosen || !::SHGetPathFromIDListA(static_cast<PCIDLIST_ABSOLUTE>(chosen.get()), path)) {
-        return std::nullopt;
-    }
-    return std::string(path);
 }
 
 std::string MainWindow::currentDirectory() {

@@ -1,7 +1,10 @@
 #include "changer/panel_win.h"
 
+#include <shlobj.h>
+
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "app/resource_ids.h"
 #include "base/window_win.h"
@@ -33,6 +36,15 @@ constexpr ButtonDesign kButtons[] = {
 constexpr int kCaptionIds[] = {idLabel1, idLabel2, idLabel3};
 constexpr const char* kCaptions[] = {"Filesize:", "Date:", "Dimensions:"};
 constexpr int kValueIds[] = {idFsize, idFdate, idDimensions};
+
+int CALLBACK folderBrowseCallback(HWND dialog, UINT message, LPARAM, LPARAM data) {
+    if (message == BFFM_INITIALIZED) {
+        const auto* texts = reinterpret_cast<const std::pair<const std::string*, const std::string*>*>(data);
+        ::SetWindowTextA(dialog, texts->first->c_str());
+        ::SendMessageA(dialog, BFFM_SETSELECTIONA, TRUE, reinterpret_cast<LPARAM>(texts->second->c_str()));
+    }
+    return 0;
+}
 
 void place(HWND control, const PanelRect& r, int extraHeight = 0) {
     ::MoveWindow(control, r.x, r.y, r.width, r.height + extraHeight, FALSE);
@@ -143,15 +155,14 @@ std::optional<PanelButton> MainPanel::buttonOf(int id) const {
     return std::nullopt;
 }
 
-POINT MainPanel::belowButton(PanelButton button) const {
+RECT MainPanel::buttonRect(PanelButton button) const {
+    RECT r{};
     for (const ButtonDesign& b : kButtons) {
         if (b.button == button) {
-            RECT r{};
             ::GetWindowRect(control(b.id), &r);
-            return {r.left, r.bottom};
         }
     }
-    return {};
+    return r;
 }
 
 void MainPanel::showFactsLabels() {
@@ -175,6 +186,28 @@ void MainPanel::factsHidden() {
             ::ShowWindow(h, SW_HIDE);
         }
     }
+}
+
+std::optional<std::string> browseForFolderFrom(HWND owner,
+                                               const std::string& title,
+                                               const std::string& prompt,
+                                               const std::string& start) {
+    scoped_com_init com;
+    const std::pair<const std::string*, const std::string*> texts{&title, &start};
+    char displayName[MAX_PATH] = {};
+    BROWSEINFOA info{};
+    info.hwndOwner = owner;
+    info.pszDisplayName = displayName;
+    info.lpszTitle = prompt.c_str();
+    info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
+    info.lpfn = &folderBrowseCallback;
+    info.lParam = reinterpret_cast<LPARAM>(&texts);
+    unique_cotaskmem chosen(::SHBrowseForFolderA(&info));
+    char path[MAX_PATH] = {};
+    if (!chosen || !::SHGetPathFromIDListA(static_cast<PCIDLIST_ABSOLUTE>(chosen.get()), path)) {
+        return std::nullopt;
+    }
+    return std::string(path);
 }
 
 }  // namespace tl

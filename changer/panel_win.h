@@ -4,6 +4,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 
 #include "base/unique_handle_win.h"
 #include "changer/panel_layout.h"
@@ -32,8 +33,8 @@ class MainPanel {
     FactsPanel& facts() { return facts_; }
     // The button with that control id, if it is one.
     std::optional<PanelButton> buttonOf(int id) const;
-    // Under the button's left edge, in screen coordinates: where its pop-up menu opens.
-    POINT belowButton(PanelButton button) const;
+    // The button's place on the screen: its pop-up menu opens under it, or over it, never on it.
+    RECT buttonRect(PanelButton button) const;
 
     // orType and the facts' captions, once a wallpaper is on show.
     void showFactsLabels();
@@ -57,5 +58,12 @@ class MainPanel {
     unique_hfont font_;
     std::array<unique_hicon, 5> icons_;
 };
+
+// A folder browse dialog over owner with a caption (title) and a prompt, opened at start; the chosen
+// folder, or nullopt when cancelled or when the choice has no file-system path.
+std::optional<std::string> browseForFolderFrom(HWND owner,
+                                               const std::string& title,
+                                               const std::string& prompt,
+                                               const std::string& start);
 
 }  // namespace tl

@@ -5,91 +5,16 @@
 #include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "base/window_win.h"
 #include "changer/commands.h"
-#include "hotkey/hot_key_input.h"
-#include "support/desktop_probe.h"
-#include "support/program_dir.h"
-#include "support/running_program.h"
+#include "changer/program_on_panel.h"
 
 namespace tl::wintest {
 namespace {
-
-// A left click at a point of the screen with the modifier keys held, as the user's hands do it.
-bool clickAt(POINT at, std::initializer_list<WORD> keys = {}) {
-    std::vector<INPUT> inputs;
-    for (WORD k : keys) {
-        INPUT in{};
-        in.type = INPUT_KEYBOARD;
-        in.ki.wVk = k;
-        inputs.push_back(in);
-    }
-    const int width = ::GetSystemMetrics(SM_CXSCREEN);
-    const int height = ::GetSystemMetrics(SM_CYSCREEN);
-    for (DWORD flags : {MOUSEEVENTF_MOVE, MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
-        INPUT in{};
-        in.type = INPUT_MOUSE;
-        in.mi.dx = MulDiv(at.x, 65535, width - 1);
-        in.mi.dy = MulDiv(at.y, 65535, height - 1);
-        in.mi.dwFlags = flags | MOUSEEVENTF_ABSOLUTE;
-        inputs.push_back(in);
-    }
-    for (auto it = std::rbegin(keys); it != std::rend(keys); ++it) {
-        INPUT in{};
-        in.type = INPUT_KEYBOARD;
-        in.ki.wVk = *it;
-        in.ki.dwFlags = KEYEVENTF_KEYUP;
-        inputs.push_back(in);
-    }
-    const bool sent = ::SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT)) == inputs.size();
-    ::Sleep(100);
-    // The window under the point has taken the click in once its thread answers again.
-    HWND target = ::WindowFromPoint(at);
-    DWORD_PTR ignored = 0;
-    ::SendMessageTimeoutA(target, WM_NULL, 0, 0, SMTO_NORMAL, 10000, &ignored);
-    return sent;
-}
-
-POINT centreOf(HWND window) {
-    RECT r{};
-    ::GetWindowRect(window, &r);
-    return {(r.left + r.right) / 2, (r.top + r.bottom) / 2};
-}
-
-// An item's text from another process's list or combo box. Asked in UTF-16, which is what Wine carries
-// between processes for these messages.
-std::string itemText(HWND box, UINT lengthMessage, UINT textMessage, int index) {
-    const auto length = ::SendMessageW(box, lengthMessage, static_cast<WPARAM>(index), 0);
-    if (length < 0) {
-        return {};
-    }
-    std::wstring wide(static_cast<size_t>(length) + 1, L'\0');
-    ::SendMessageW(box, textMessage, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(wide.data()));
-    wide.resize(wide.find(L'\0'));
-    std::string text(wide.size() * 2 + 1, '\0');
-    const int n = ::WideCharToMultiByte(CP_ACP, 0, wide.c_str(), static_cast<int>(wide.size()), text.data(),
-                                        static_cast<int>(text.size()), nullptr, nullptr);
-    text.resize(static_cast<size_t>(n > 0 ? n : 0));
-    return text;
-}
-
-std::vector<std::string> listLines(HWND list) {
-    std::vector<std::string> lines;
-    const auto count = static_cast<int>(::SendMessageA(list, LB_GETCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i) {
-        lines.push_back(itemText(list, LB_GETTEXTLEN, LB_GETTEXT, i));
-    }
-    return lines;
-}
-
-// The orientation box's chosen item.
-std::string chosenOrientation(HWND orType) {
-    const auto index = static_cast<int>(::SendMessageA(orType, CB_GETCURSEL, 0, 0));
-    return index < 0 ? std::string() : itemText(orType, CB_GETLBTEXTLEN, CB_GETLBTEXT, index);
-}
 
 // The share of a window's pixels on the screen that are close to a colour.
 double shareOfColour(HWND window, unsigned colour) {
@@ -107,6 +32,7 @@ double shareOfColour(HWND window, unsigned colour) {
     return all == 0 ? 0.0 : static_cast<double>(close) / all;
 }
 
+// The selected lines of another process's list box.
 std::vector<int> selectedLines(HWND list) {
     std::vector<int> lines;
     const auto count = ::SendMessageA(list, LB_GETCOUNT, 0, 0);
@@ -118,72 +44,53 @@ std::vector<int> selectedLines(HWND list) {
     return lines;
 }
 
-// The middle of a line of a list box, on the screen.
-POINT lineCentre(HWND list, int line) {
-    const auto height = static_cast<int>(::SendMessageA(list, LB_GETITEMHEIGHT, 0, 0));
-    const auto top = static_cast<int>(::SendMessageA(list, LB_GETTOPINDEX, 0, 0));
-    POINT at{40, (line - top) * height + height / 2};
-    ::ClientToScreen(list, &at);
-    return at;
-}
-
 bool visible(HWND window) {
     return window && ::IsWindowVisible(window);
 }
 
-struct Picture {
-    std::string name;
-    const char* type;
-    int width, height;
-    unsigned colour;
+// The scaling that programs started from now on see (the user's "LogPixels"), put back at the end.
+class ScalingGuard {
+  public:
+    explicit ScalingGuard(DWORD dpi) {
+        DWORD size = sizeof old_;
+        had_ = ::RegGetValueA(HKEY_CURRENT_USER, kKey, "LogPixels", RRF_RT_REG_DWORD, nullptr, &old_, &size) ==
+               ERROR_SUCCESS;
+        ::RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "LogPixels", REG_DWORD, &dpi, sizeof dpi);
+    }
+    ~ScalingGuard() {
+        if (had_) {
+            ::RegSetKeyValueA(HKEY_CURRENT_USER, kKey, "LogPixels", REG_DWORD, &old_, sizeof old_);
+        } else {
+            ::RegDeleteKeyValueA(HKEY_CURRENT_USER, kKey, "LogPixels");
+        }
+    }
+
+  private:
+    static constexpr const char* kKey = "Control Panel\\Desktop";
+    DWORD old_ = 0;
+    bool had_ = false;
 };
 
-class Panel : public ::testing::Test {
-  protected:
-    void write(const std::vector<Picture>& pictures, const std::string& orientation = "0") {
-        dir.write("setup.pref", "[Tessaline]\r\nDelay=5\r\nMode=2\r\nAutomaticShowOnDesktop=True\r\nLastList=" +
-                                    dir.file("MyWallpapers.wall") + "\r\nOutputPath=" + bitmap() +
-                                    "\r\nHotKey=83\r\nHotKeyMod=3\r\nDefaultAddOrientation=4\r\nRatioTolerance=0.25"
-                                    "\r\nHalfRatio=1.5\r\n");
-        std::string list;
-        for (const Picture& p : pictures) {
-            writePicture(dir.file(p.name), p.type, p.width, p.height, p.colour);
-            list += dir.file(p.name) + "\t" + orientation + "\r\n";
-        }
-        dir.write("MyWallpapers.wall", list);
-        paths.clear();
-        for (const Picture& p : pictures) {
-            paths.push_back(dir.file(p.name));
-        }
-    }
-    std::string bitmap() const { return dir.file("tl_current.bmp"); }
-    bool bitmapBecomes(int width, int height) {
-        return waitFor([&] {
-            const auto size = bitmapFileSize(bitmap());
-            return size && size->width == width && size->height == height;
-        });
-    }
-    // Starts the program and restores its panel from the tray.
-    HWND startOnThePanel(RunningProgram& program, int firstWidth, int firstHeight) {
-        HWND form = program.waitForWindow("TessalineMain");
-        if (!form || !bitmapBecomes(firstWidth, firstHeight)) {
-            return nullptr;
-        }
-        if (!chooseTrayMenuItem(form, trayMenuCaptions(), "Show panel...") ||
-            !waitFor([&] { return visible(form) && ::GetForegroundWindow() == form; })) {
-            return nullptr;
-        }
-        return form;
-    }
+RECT rectIn(HWND form, HWND control) {
+    RECT r{};
+    ::GetWindowRect(control, &r);
+    ::MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&r), 2);
+    return r;
+}
 
-    ProgramDir dir;
-    std::vector<std::string> paths;
-};
+class Panel : public ProgramOnPanel {};
+class PanelScaling : public ProgramOnPanel, public ::testing::WithParamInterface<int> {};
 
-TEST_F(Panel, RestoredFromTheTrayItShowsTheListAndTheWallpaperOnShow) {
+TEST_P(PanelScaling, RestoredFromTheTrayItShowsTheListAndTheWallpaperOnShow) {
+    const int dpi = GetParam();
     write({{"red.bmp", "bmp", 640, 480, 0xCC3300}, {"blue.jpg", "jpg", 300, 200, 0x3366CC}});
+    std::optional<ScalingGuard> scaling;
+    if (dpi != 96) {
+        scaling.emplace(static_cast<DWORD>(dpi));
+    }
     RunningProgram tl(dir);
     HWND form = startOnThePanel(tl, 640, 480);
+    scaling.reset();
     ASSERT_NE(form, nullptr) << "the panel did not come up";
     EXPECT_FALSE(trayHasIcon(form)) << "on the panel the tray icon goes";
 
@@ -192,7 +99,7 @@ TEST_F(Panel, RestoredFromTheTrayItShowsTheListAndTheWallpaperOnShow) {
     EXPECT_EQ(selectedLines(list), std::vector<int>{0});
     HWND orType = ::GetDlgItem(form, idOrType);
     EXPECT_TRUE(visible(orType));
-    EXPECT_EQ(chosenOrientation(orType), "Center");
+    EXPECT_EQ(chosenItem(orType), "Center");
     for (int id : {idLabel1, idLabel2, idLabel3, idFsize, idFdate, idDimensions, idPrevFrame, idPreview}) {
         EXPECT_TRUE(visible(::GetDlgItem(form, id))) << "control " << id;
     }
@@ -209,12 +116,30 @@ TEST_F(Panel, RestoredFromTheTrayItShowsTheListAndTheWallpaperOnShow) {
     }
     // The picture is a chequer of its colour and light grey.
     EXPECT_GT(shareOfColour(::GetDlgItem(form, idPreview), 0xCC3300), 0.3) << "the preview does not show the picture";
-    ScreenShot().save(buildDirectory() + "\\panel-96dpi.bmp");
+    ScreenShot().save(buildDirectory() + "\\panel-" + std::to_string(dpi) + "dpi.bmp");
+
+    // Every control lies whole in the panel, the row under the list apart from it and from each other.
+    RECT client{};
+    ::GetClientRect(form, &client);
+    EXPECT_GE(client.right, MulDiv(540, dpi, 96)) << "the panel is not sized for the scaling";
+    std::vector<RECT> row;
+    for (int id : {idList1, idOrType, idPrevFrame, idPreview, idImage5, idImage1, idImage4, idImage3, idImage2}) {
+        const RECT r = rectIn(form, ::GetDlgItem(form, id));
+        EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.right <= client.right && r.bottom <= client.bottom)
+            << "control " << id << " is cut off";
+        for (const RECT& other : row) {
+            RECT both{};
+            EXPECT_FALSE(::IntersectRect(&both, &r, &other)) << "control " << id << " overlaps another";
+        }
+        row.push_back(r);
+    }
 
     // Minimised, the program goes back to the tray alone.
     ::PostMessageA(form, WM_SYSCOMMAND, SC_MINIMIZE, 0);
     EXPECT_TRUE(waitFor([&] { return !visible(form) && trayHasIcon(form); }));
 }
+
+INSTANTIATE_TEST_SUITE_P(At100And150Percent, PanelScaling, ::testing::Values(96, 144));
 
 TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
     write({{"small.bmp", "bmp", 120, 90, 0x33CC33}, {"other.bmp", "bmp", 200, 100, 0x3366CC}});
@@ -237,7 +162,7 @@ TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
     for (const Step& step : steps) {
         ::Sleep(::GetDoubleClickTime() + 100);  // a second click, not a double click
         ASSERT_TRUE(clickAt(lineCentre(list, 0)));
-        EXPECT_TRUE(waitFor([&] { return chosenOrientation(orType) == step.name; })) << step.name;
+        EXPECT_TRUE(waitFor([&] { return chosenItem(orType) == step.name; })) << step.name;
         EXPECT_TRUE(waitFor([&] {
             return desktopValue("WallpaperStyle") == step.style && desktopValue("TileWallpaper") == step.tile;
         })) << step.name;
@@ -246,7 +171,7 @@ TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
     }
     ASSERT_TRUE(clickAt(lineCentre(list, 1)));
     EXPECT_TRUE(bitmapBecomes(200, 100)) << "another line is applied as it stands";
-    EXPECT_EQ(chosenOrientation(orType), "Center");
+    EXPECT_EQ(chosenItem(orType), "Center");
 }
 
 // Answers the shell's question about a file as the user would; false when none came.
@@ -285,13 +210,14 @@ bool inTheTrash(const std::string& folderName, const std::string& fileName) {
 }
 
 TEST_F(Panel, RemoveKeepsTheFileWhileDeleteRecyclesOrDeletesItAsTheKeysSay) {
-    write({{"a.bmp", "bmp", 64, 48, 0xCC3300},
-           {"b.bmp", "bmp", 64, 48, 0x3366CC},
-           {"c.bmp", "bmp", 64, 48, 0x33CC33},
-           {"d.bmp", "bmp", 64, 48, 0xFFCC00},
-           {"e.bmp", "bmp", 64, 48, 0x9933CC}});
+    // Each picture has a width of its own, so that tl_current.bmp tells which one is on show.
+    std::vector<TestPicture> pictures;
+    for (int i = 0; i < 6; ++i) {
+        pictures.push_back({std::string(1, static_cast<char>('a' + i)) + ".bmp", "bmp", 60 + 2 * i, 48, 0x3366CC});
+    }
+    write(pictures);
     RunningProgram tl(dir);
-    HWND form = startOnThePanel(tl, 64, 48);
+    HWND form = startOnThePanel(tl, 60, 48);
     ASSERT_NE(form, nullptr) << "the panel did not come up";
     HWND list = ::GetDlgItem(form, idList1);
     const POINT remove = centreOf(::GetDlgItem(form, idImage3));
@@ -301,41 +227,63 @@ TEST_F(Panel, RemoveKeepsTheFileWhileDeleteRecyclesOrDeletesItAsTheKeysSay) {
         const auto lines = listLines(list);
         return std::find(lines.begin(), lines.end(), dir.file(name)) != lines.end();
     };
+    // The picture applied after a click: the next click waits for it.
+    const auto shows = [&](char name) { return bitmapBecomes(60 + 2 * (name - 'a'), 48); };
 
-    // Remove: the line goes, the file stays.
-    ASSERT_TRUE(clickAt(lineCentre(list, 1)));
+    // Remove: the line goes, the file stays, and the next line is applied.
+    ASSERT_TRUE(clickAt(lineCentre(list, 1)) && shows('b'));
     ASSERT_TRUE(clickAt(remove));
-    EXPECT_TRUE(waitFor([&] { return !listed("b.bmp"); })) << "Remove left the line";
+    EXPECT_TRUE(shows('c'));
+    EXPECT_FALSE(listed("b.bmp")) << "Remove left the line";
     EXPECT_TRUE(dir.exists("b.bmp"));
+    // The same from the list's own menu, whose fourth item is "Remove": the new last line is applied.
+    ASSERT_TRUE(clickAt(lineCentre(list, 4)) && shows('f'));
+    ASSERT_TRUE(rightClickAt(lineCentre(list, 4)));
+    ASSERT_TRUE(chooseOpenMenuItem(3)) << "the list's menu did not open";
+    EXPECT_TRUE(shows('e'));
+    EXPECT_FALSE(listed("f.bmp")) << "the menu's Remove left the line";
+    EXPECT_TRUE(dir.exists("f.bmp"));
 
     // No key: to the recycle bin, after the shell's question.
-    ASSERT_TRUE(clickAt(lineCentre(list, 1)));  // c.bmp now
+    ASSERT_TRUE(clickAt(lineCentre(list, 1)) && shows('c'));
     ASSERT_TRUE(clickAt(del));
     EXPECT_TRUE(answerTheShell(tl, IDYES, seconds(10))) << "the shell did not ask before recycling";
-    EXPECT_TRUE(waitFor([&] { return !listed("c.bmp") && !dir.exists("c.bmp"); }));
+    EXPECT_TRUE(shows('d'));
+    EXPECT_TRUE(!listed("c.bmp") && !dir.exists("c.bmp"));
     EXPECT_TRUE(inTheTrash(folder, "c.bmp")) << "the file was not recycled";
 
-    // Shift: for good, after the shell's question; a No keeps file and line.
-    ASSERT_TRUE(clickAt(lineCentre(list, 1)));  // d.bmp now
+    // Shift, on d now on show: for good, after the shell's question; a No keeps the file and its line.
     ASSERT_TRUE(clickAt(del, {VK_SHIFT}));
     EXPECT_TRUE(answerTheShell(tl, IDNO, seconds(10))) << "the shell did not ask before deleting";
-    EXPECT_TRUE(listed("d.bmp") && dir.exists("d.bmp")) << "a No keeps the file and its line";
+    EXPECT_TRUE(waitFor([&] { return listed("d.bmp") && dir.exists("d.bmp"); })) << "a No keeps file and line";
     ASSERT_TRUE(clickAt(del, {VK_SHIFT}));
     EXPECT_TRUE(answerTheShell(tl, IDYES, seconds(10)));
-    EXPECT_TRUE(waitFor([&] { return !listed("d.bmp") && !dir.exists("d.bmp"); }));
+    EXPECT_TRUE(shows('e'));
+    EXPECT_TRUE(!listed("d.bmp") && !dir.exists("d.bmp"));
     EXPECT_FALSE(inTheTrash(folder, "d.bmp")) << "Shift deletes for good";
 
-    // Ctrl: for good at once, nothing asked.
-    const int eLine = static_cast<int>(listLines(list).size()) - 1;
-    ASSERT_TRUE(clickAt(lineCentre(list, eLine)));
+    // Ctrl, on e, the last line: for good at once, nothing asked; the new last line is applied.
     ASSERT_TRUE(clickAt(del, {VK_CONTROL}));
-    EXPECT_TRUE(waitFor([&] { return !listed("e.bmp") && !dir.exists("e.bmp"); }));
-    EXPECT_FALSE(answerTheShell(tl, IDYES, milliseconds(500))) << "Ctrl must not ask";
+    EXPECT_TRUE(shows('a'));
+    EXPECT_TRUE(!listed("e.bmp") && !dir.exists("e.bmp"));
+    EXPECT_FALSE(answerTheShell(tl, IDYES, milliseconds(300))) << "Ctrl must not ask";
     EXPECT_FALSE(inTheTrash(folder, "e.bmp"));
 
-    ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Quit") || tl.closeAndWait());
+    ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Quit"));
     ASSERT_TRUE(tl.hasExited(seconds(10)));
     EXPECT_EQ(dir.lines("MyWallpapers.wall"), std::vector<std::string>{dir.file("a.bmp") + "\t0"});
+}
+
+TEST_F(Panel, TheManagerButtonWritesTheListAndHandsItOver) {
+    write({{"a.bmp", "bmp", 64, 48, 0xCC3300}});
+    RunningProgram tl(dir);
+    HWND form = startOnThePanel(tl, 64, 48);
+    ASSERT_NE(form, nullptr) << "the panel did not come up";
+    ::DeleteFileA(list().c_str());
+    ASSERT_TRUE(clickAt(centreOf(::GetDlgItem(form, idImage1))));
+    EXPECT_NE(tl.waitForWindow("TessalineManager", nullptr, seconds(10), true), nullptr) << "no manager";
+    EXPECT_TRUE(waitFor([&] { return tl.window("TessalineMain") == nullptr; })) << "frmMain stayed loaded";
+    EXPECT_EQ(dir.lines("MyWallpapers.wall"), std::vector<std::string>{paths[0] + "\t0"}) << "the list is written";
 }
 
 }  // namespace
