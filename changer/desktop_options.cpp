@@ -102,12 +102,12 @@ void DesktopOptions::onTransTimer() {
 void DesktopOptions::saveCaughtWallpaper(const std::string& path) {
     // The save dialog pumps messages, so transTimer keeps ticking under it: the mark stops a second dialog.
     catchInProgress_ = true;
-    const SaveDialogRequest request{
+    const FileDialogRequest request{
         .title = "Choose the destination for this image",
-        .initialDirectory = settings_.WallpaperDirectory,
-        .fileName = "wallpaper.bmp",
-        .defaultExtension = ".bmp",
         .filter = "Image|*.bmp",
+        .defaultName = "wallpaper.bmp",
+        .initialDirectory = settings_.WallpaperDirectory,
+        .defaultExtension = ".bmp",
     };
     const std::optional<std::string> target = platform_.saveDialog.ask(request);
     if (target && !target->empty()) {

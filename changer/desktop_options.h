@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/file_dialog.h"
+
 namespace tl {
 
 struct Settings;
@@ -50,18 +52,11 @@ class DesktopSystem {
 };
 
 // The save dialog of the browser-wallpaper catch.
-struct SaveDialogRequest {
-    std::string title;
-    std::string initialDirectory;
-    std::string fileName;
-    std::string defaultExtension;  // with its dot
-    std::string filter;            // "Name|pattern" pairs
-};
 class SaveDialog {
   public:
     virtual ~SaveDialog() = default;
     // The chosen path; nullopt when cancelled.
-    virtual std::optional<std::string> ask(const SaveDialogRequest& request) = 0;
+    virtual std::optional<std::string> ask(const FileDialogRequest& request) = 0;
 };
 
 // The hourglass pointer for the duration of a slow step.

@@ -1,7 +1,5 @@
 #include "changer/desktop_options_win.h"
 
-#include <commdlg.h>
-
 #include <cstring>
 #include <vector>
 
@@ -101,39 +99,6 @@ std::string Win32DesktopSystem::desktopValue(const char* name) {
         return {};
     }
     return std::string(data.data());  // up to its NUL, which a stored text need not carry
-}
-
-std::optional<std::string> Win32SaveDialog::ask(const SaveDialogRequest& request) {
-    // "Name|pattern" pairs become the NUL-separated, double-NUL-ended list the dialog takes.
-    std::string filter = request.filter;
-    for (char& c : filter) {
-        if (c == '|') {
-            c = '\0';
-        }
-    }
-    filter.append(2, '\0');
-    std::string extension = request.defaultExtension;
-    if (!extension.empty() && extension.front() == '.') {
-        extension.erase(0, 1);
-    }
-    std::vector<char> file(MAX_PATH * 4, '\0');
-    request.fileName.copy(file.data(), file.size() - 1);
-
-    OPENFILENAMEA ofn{};
-    ofn.lStructSize = sizeof ofn;
-    ofn.hwndOwner = owner_;
-    ofn.lpstrFilter = filter.c_str();
-    ofn.nFilterIndex = 1;
-    ofn.lpstrFile = file.data();
-    ofn.nMaxFile = static_cast<DWORD>(file.size());
-    ofn.lpstrInitialDir = request.initialDirectory.empty() ? nullptr : request.initialDirectory.c_str();
-    ofn.lpstrTitle = request.title.c_str();
-    ofn.lpstrDefExt = extension.empty() ? nullptr : extension.c_str();
-    ofn.Flags = OFN_OVERWRITEPROMPT | OFN_HIDEREADONLY | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
-    if (!::GetSaveFileNameA(&ofn)) {
-        return std::nullopt;
-    }
-    return std::string(file.data());
 }
 
 void Win32BusyPointer::show(bool busy) {

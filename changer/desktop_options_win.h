@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 
+#include "base/file_dialog_win.h"
 #include "base/ui_win.h"
 #include "changer/desktop_options.h"
 #include "changer/input_box_win.h"
@@ -35,7 +36,9 @@ class Win32DesktopSystem : public DesktopSystem {
 class Win32SaveDialog : public SaveDialog {
   public:
     explicit Win32SaveDialog(HWND owner) : owner_(owner) {}
-    std::optional<std::string> ask(const SaveDialogRequest& request) override;
+    std::optional<std::string> ask(const FileDialogRequest& request) override {
+        return showSaveDialog(owner_, request);
+    }
 
   private:
     HWND owner_;

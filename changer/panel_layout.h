@@ -2,18 +2,11 @@
 
 #include <array>
 
+#include "base/layout_rect.h"
+
 // Where the controls of frmMain's panel go. Sizes are designed at 96 DPI and scaled; the list takes what
 // the window gives it, and the row under it keeps its size.
 namespace tl {
-
-struct PanelRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-    int right() const { return x + width; }
-    int bottom() const { return y + height; }
-};
 
 struct PanelSize {
     int width = 0;
@@ -21,13 +14,13 @@ struct PanelSize {
 };
 
 struct PanelLayout {
-    PanelRect list1;
-    PanelRect orType;                  // the closed box; its drop-down list opens below
-    std::array<PanelRect, 5> buttons;  // Image5, Image1, Image4, Image3, Image2, left to right
-    PanelRect prevFrame;
-    std::array<PanelRect, 3> captions;  // "Filesize:", "Date:", "Dimensions:"
-    std::array<PanelRect, 3> values;    // fsize, fdate, dimensions
-    PanelRect preview;                  // the box the preview picture is fitted and centred in
+    LayoutRect list1;
+    LayoutRect orType;                  // the closed box; its drop-down list opens below
+    std::array<LayoutRect, 5> buttons;  // Image5, Image1, Image4, Image3, Image2, left to right
+    LayoutRect prevFrame;
+    std::array<LayoutRect, 3> captions;  // "Filesize:", "Date:", "Dimensions:"
+    std::array<LayoutRect, 3> values;    // fsize, fdate, dimensions
+    LayoutRect preview;                  // the box the preview picture is fitted and centred in
 };
 
 // The panel's controls for an inner size in pixels at a DPI. An inner size below the minimum is laid out

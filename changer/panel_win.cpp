@@ -46,7 +46,7 @@ int CALLBACK folderBrowseCallback(HWND dialog, UINT message, LPARAM, LPARAM data
     return 0;
 }
 
-void place(HWND control, const PanelRect& r, int extraHeight = 0) {
+void place(HWND control, const LayoutRect& r, int extraHeight = 0) {
     ::MoveWindow(control, r.x, r.y, r.width, r.height + extraHeight, FALSE);
 }
 

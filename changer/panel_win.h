@@ -54,7 +54,7 @@ class MainPanel {
     std::array<HWND, 3> captions_ = {};  // "Filesize:", "Date:", "Dimensions:"
     std::array<HWND, 3> values_ = {};    // fsize, fdate, dimensions
     HWND toolTips_ = nullptr;
-    PanelRect previewBox_;
+    LayoutRect previewBox_;
     unique_hfont font_;
     std::array<unique_hicon, 5> icons_;
 };

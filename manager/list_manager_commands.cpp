@@ -9,8 +9,17 @@ namespace tl {
 
 namespace {
 
-const FileDialogRequest kOpenRequest{"Select a list to open", "Wallpaper Lists|*.txt;*.wall", ""};
-const FileDialogRequest kSaveRequest{"Select a file to save list to", "Wallpaper Lists|*.wall", "*.wall"};
+// The dialogs open where they were last.
+const FileDialogRequest kOpenRequest{.title = "Select a list to open",
+                                     .filter = "Wallpaper Lists|*.txt;*.wall",
+                                     .defaultName = "",
+                                     .initialDirectory = "",
+                                     .defaultExtension = ""};
+const FileDialogRequest kSaveRequest{.title = "Select a file to save list to",
+                                     .filter = "Wallpaper Lists|*.wall",
+                                     .defaultName = "*.wall",
+                                     .initialDirectory = "",
+                                     .defaultExtension = ""};
 
 }  // namespace
 

@@ -1,18 +1,8 @@
 #pragma once
 
-namespace tl {
+#include "base/layout_rect.h"
 
-// A control's place, in 96-DPI units: relative to the window's client area, or to its frame for the
-// controls inside a frame.
-struct LayoutRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-    int right() const { return x + width; }
-    int bottom() const { return y + height; }
-    bool operator==(const LayoutRect&) const = default;
-};
+namespace tl {
 
 // Where frmManager's controls go for a client area: the list on the left and below it the browser
 // (when shown), which take up the room the window is given; the entry controls and the preview panel in a

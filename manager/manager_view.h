@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "base/file_dialog.h"
 #include "lists/wallpaper_list.h"
 
 namespace tl {
@@ -14,13 +15,6 @@ struct OptionChecks {
     bool autoSortFolder = false;
     Orientation addOrientation = kCenter;  // exactly one of the five default-orientation items
     bool operator==(const OptionChecks&) const = default;
-};
-
-// A common file dialog's request; the filter is written as "Name|pattern".
-struct FileDialogRequest {
-    std::string title;
-    std::string filter;
-    std::string defaultName;
 };
 
 // What the list manager's logic asks of its window (frmManager). The Win32 window implements it; tests

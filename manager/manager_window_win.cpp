@@ -9,7 +9,7 @@
 #include "base/text.h"
 #include "changer/about_window_win.h"
 #include "lists/list_tools_win.h"
-#include "manager/file_dialogs_win.h"
+#include "base/file_dialog_win.h"
 #include "manager/frame_box_win.h"
 #include "manager/manager_ids.h"
 #include "manager/manager_menu_win.h"

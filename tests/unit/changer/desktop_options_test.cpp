@@ -86,9 +86,9 @@ class FakeInputBox : public InputBox {
 class FakeSaveDialog : public SaveDialog {
   public:
     std::optional<std::string> answer;
-    std::vector<SaveDialogRequest> requests;
+    std::vector<FileDialogRequest> requests;
     std::function<void()> whileOpen;
-    std::optional<std::string> ask(const SaveDialogRequest& request) override {
+    std::optional<std::string> ask(const FileDialogRequest& request) override {
         requests.push_back(request);
         if (whileOpen) {
             whileOpen();
@@ -261,10 +261,10 @@ TEST_F(DesktopOptionsTest, BrowserWallpaperIsOfferedForSavingCopiedAndAdded) {
     options.onTransTimer();
 
     ASSERT_EQ(saveDialog.requests.size(), 1u);
-    const SaveDialogRequest& r = saveDialog.requests[0];
+    const FileDialogRequest& r = saveDialog.requests[0];
     EXPECT_EQ(r.title, "Choose the destination for this image");
     EXPECT_EQ(r.initialDirectory, "C:\\Walls\\");
-    EXPECT_EQ(r.fileName, "wallpaper.bmp");
+    EXPECT_EQ(r.defaultName, "wallpaper.bmp");
     EXPECT_EQ(r.defaultExtension, ".bmp");
     EXPECT_EQ(r.filter, "Image|*.bmp");
     EXPECT_EQ(dir.read("kept.bmp"), "BMpicture");

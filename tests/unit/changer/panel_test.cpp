@@ -103,11 +103,11 @@ TEST_F(Panel, TheDefaultSaveDirectoryIsChosenFromTheCurrentDrivesRoot) {
     EXPECT_EQ(app.settings.WallpaperDirectory, "E:\\Walls");
 }
 
-bool overlap(const PanelRect& a, const PanelRect& b) {
+bool overlap(const LayoutRect& a, const LayoutRect& b) {
     return a.x < b.right() && b.x < a.right() && a.y < b.bottom() && b.y < a.bottom();
 }
 
-bool inside(const PanelRect& inner, const PanelRect& outer) {
+bool inside(const LayoutRect& inner, const LayoutRect& outer) {
     return inner.x >= outer.x && inner.y >= outer.y && inner.right() <= outer.right() &&
            inner.bottom() <= outer.bottom();
 }
@@ -123,9 +123,9 @@ TEST(PanelLayout, EveryControlIsWholeAndApartAtEachScaleAndSize) {
                 std::to_string(dpi) + " dpi, " + std::to_string(size.width) + " x " + std::to_string(size.height);
             EXPECT_EQ(l.list1.width, used.width - (14 * dpi + 48) / 96) << where;
             EXPECT_EQ(l.list1.height, used.height - (134 * dpi + 48) / 96) << where;
-            std::vector<PanelRect> parts = {l.list1, l.orType, l.prevFrame, l.preview};
+            std::vector<LayoutRect> parts = {l.list1, l.orType, l.prevFrame, l.preview};
             parts.insert(parts.end(), l.buttons.begin(), l.buttons.end());
-            const PanelRect client{0, 0, used.width, used.height};
+            const LayoutRect client{0, 0, used.width, used.height};
             for (size_t i = 0; i < parts.size(); ++i) {
                 EXPECT_TRUE(inside(parts[i], client)) << where << ", part " << i;
                 EXPECT_GT(parts[i].width, 0) << where << ", part " << i;
