@@ -1,0 +1,20 @@
+#include "base/page_memory.h"
+
+#include <windows.h>
+
+namespace tl {
+
+void* allocatePages(size_t bytes) {
+    return ::VirtualAlloc(nullptr, bytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
+}
+
+void freePages(void* pages, size_t) {
+    ::VirtualFree(pages, 0, MEM_RELEASE);
+}
+
+std::pmr::memory_resource& pageMemory() {
+    static PageMemoryResource memory;
+    return memory;
+}
+
+}  // namespace tl
