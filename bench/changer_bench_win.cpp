@@ -68,6 +68,7 @@ class BenchHost : public MainFormHost {
     double secondsSinceMidnight() override { return 0; }
     void saveSettings() override {}
     void beep() override {}
+    bool removeFileFromDisk(const std::string&, bool, bool) override { return false; }
     void menusChanged() override {}
     void buildResolutionMenu() override {}
     void popUpTrayMenu() override {}
@@ -77,11 +78,21 @@ class BenchHost : public MainFormHost {
     void loadTracker(const TrackedFolders&) override {}
     void allowTrackerUnload() override {}
     void unloadTracker() override {}
+    void showTracker() override {}
+    void setTrackerIgnoreEvents(bool) override {}
     void showDelayDialog() override {}
     void applyMainMode(int16_t) override {}
     void preparePanel() override {}
     void showFactsLabels() override {}
     bool livesInTray() override { return true; }
+    void layoutPanel() override {}
+    void openWebPage() override {}
+    void popUpOptionsMenu() override {}
+    void showPreviewWindow(const std::string&) override {}
+    std::optional<std::string> browseForFolder(const std::string&, const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+    std::string currentDirectory() override { return {}; }
     void applyIconTextOptions() override {}
     void makeIconTextTransparent(bool) override {}
 

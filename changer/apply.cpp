@@ -44,6 +44,9 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
             // Always a BMP, whatever the source: the desktop takes no JPEG without Active Desktop.
             pictures_.saveCurrentBitmap(currentBitmapPath);
         }
+    } else if (mustApply && lastAppliedOrientation_ == kScale && orientation != kScale && !s.UseActiveDesktop) {
+        // The bitmap was scaled to the screen for the entry on show: the picture goes back to its own size.
+        pictures_.saveCurrentBitmap(currentBitmapPath);
     }
     if (!s.UseActiveDesktop || orientation == kScale) {
         fileToSet = currentBitmapPath;

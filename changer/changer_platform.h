@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -81,6 +82,9 @@ class MainFormHost {
     virtual double secondsSinceMidnight() = 0;
     virtual void saveSettings() = 0;
     virtual void beep() = 0;
+    // removeFileFromDisk: through the shell (to the recycle bin when recycle is set, else for good, the
+    // shell asking first) or directly. True when the file is gone.
+    virtual bool removeFileFromDisk(const std::string& path, bool recycle, bool useShell) = 0;
 
     // The menus' state changed; the Win32 side puts it on the menus.
     virtual void menusChanged() = 0;
@@ -96,19 +100,33 @@ class MainFormHost {
     virtual void unloadForm() = 0;
     virtual void showManager() = 0;
 
-    // Seam (folder tracker): load frmTracker on the list's folders; let it close; unload it.
+    // The folder tracker: load frmTracker on the list's folders (frmMain is its host); let it close; unload
+    // it; show its window; have it drop or follow the changes it is told of.
     virtual void loadTracker(const TrackedFolders& folders) = 0;
     virtual void allowTrackerUnload() = 0;
     virtual void unloadTracker() = 0;
+    virtual void showTracker() = 0;
+    virtual void setTrackerIgnoreEvents(bool ignore) = 0;
     // Seam (delay window): frmDelay, modal; it edits Settings.Delay.
     virtual void showDelayDialog() = 0;
-    // Seam (panel): the panel's display state from Settings.MainMode; the panel's start-up; orType and
-    // the facts labels shown once a wallpaper is; whether the program lives in the tray now (the panel
-    // is hidden or minimised).
+    // The panel: its display state from Settings.MainMode; its start-up; orType and the facts labels
+    // shown once a wallpaper is; whether the program lives in the tray now (the panel is hidden or
+    // minimised); List1 and the row under it fitted to the panel's inner size.
     virtual void applyMainMode(int16_t mainMode) = 0;
     virtual void preparePanel() = 0;
     virtual void showFactsLabels() = 0;
     virtual bool livesInTray() = 0;
+    virtual void layoutPanel() = 0;
+    // The panel's buttons: the project's web page in the default browser; mnuOptions popped up at the
+    // preferences button; frmPreview on a picture.
+    virtual void openWebPage() = 0;
+    virtual void popUpOptionsMenu() = 0;
+    virtual void showPreviewWindow(const std::string& path) = 0;
+    // A folder browse dialog with a title and a prompt, starting at start; nullopt when cancelled.
+    virtual std::optional<std::string> browseForFolder(const std::string& title,
+                                                       const std::string& prompt,
+                                                       const std::string& start) = 0;
+    virtual std::string currentDirectory() = 0;
     // Seam (desktop options): the icon-text options at load, and transparent icon text after an apply.
     virtual void applyIconTextOptions() = 0;
     virtual void makeIconTextTransparent(bool redraw) = 0;

@@ -84,6 +84,12 @@ enum ChangerControl : int {
     idFdate,
     idLabel3,
     idDimensions,
+    // The image buttons, in design order.
+    idImage5,
+    idImage1,
+    idImage4,
+    idImage3,
+    idImage2,
 };
 
 // One item of a pop-up menu table. depth 0 items belong to the pop-up itself, depth 1 items to the

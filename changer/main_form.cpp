@@ -58,9 +58,7 @@ void frmMain::unload() {
     tray_.remove();
     writeList();
     host_.saveSettings();
-    if (hasTrackedFolders_) {
-        host_.unloadTracker();
-    }
+    stopTracker();
 }
 
 void frmMain::resumeAfterCancelledShutdown() {
@@ -68,9 +66,7 @@ void frmMain::resumeAfterCancelledShutdown() {
         return;
     }
     unloaded_ = false;
-    if (hasTrackedFolders_) {
-        host_.loadTracker(trackedFolders_);
-    }
+    startTracker();
     if (host_.livesInTray()) {
         tray_.add(trayIconKind(), trayTip(previewTag_));
         host_.setMinuteTimer(!app_.paused);
@@ -289,7 +285,7 @@ void frmMain::onTrayMouse(long x) {
 }
 
 void frmMain::onTrayQuit() {
-    if (hasTrackedFolders_) {
+    if (trackerLoaded_) {
         host_.allowTrackerUnload();
     }
     host_.unloadForm();
@@ -345,47 +341,23 @@ bool frmMain::onMenuCommand(int id) {
         case mnuRemoveFile:
             removeSelectedEntries();
             return true;
+        case mnuTrayDelete:
+        case mnuDelete:
+            // As Image2 with no key held: to the recycle bin.
+            onPanelButton(PanelButton::Image2, kNoKeys);
+            return true;
+        case mnuTrackedFolders:
+            onTrackedFolders();
+            return true;
+        case mnuSetDefaultSaveDir:
+            onSetDefaultSaveDir();
+            return true;
         case mnuTrayQuit:
             onTrayQuit();
             return true;
         default:
             return false;
     }
-}
-
-void frmMain::removeSelectedEntries() {
-    if (panelBusy_) {
-        host_.beep();
-        return;
-    }
-    panelBusy_ = true;
-    ListBoxView& list = host_.list1();
-    int removedIndex = -1;
-    const int selected = list.selectedCount();
-    if (selected == 1) {
-        removedIndex = list.listIndex();
-        if (validIndex(removedIndex)) {
-            entries_[static_cast<size_t>(removedIndex)].path.clear();
-        }
-    } else if (selected > 1) {
-        const int count = std::min(list.count(), imageCount(entries_));
-        for (int i = 0; i < count; ++i) {
-            if (list.isSelected(i)) {
-                entries_[static_cast<size_t>(i)].path.clear();
-                if (removedIndex == -1) {
-                    removedIndex = i;
-                }
-            }
-        }
-    }
-    if (selected > 0) {
-        entries_ = compactEntries(entries_);
-        refreshList1();
-        selectAfterRemoval(removedIndex, *this);
-    } else {
-        host_.beep();
-    }
-    panelBusy_ = false;
 }
 
 ListBoxView& frmMain::removalList() {
@@ -406,16 +378,43 @@ void frmMain::selectLineAndClick(int index) {
 }
 
 void frmMain::readListFile(std::string path) {
+    // The tracker adds the folders it is given to those it holds: the old list's go with it first.
+    stopTracker();
     ListFileContents contents = tl::readListFile(fs_, path, ListReader::Changer, app_.settings.DefaultAddOrientation);
     entries_ = std::move(contents.entries);
     trackedFolders_ = std::move(contents.trackedFolders);
     longestPath_ = contents.longestPath;
     app_.listPath = std::move(path);
     refreshList1();
-    if (trackedFolders_.size() > 1) {
+    hasTrackedFolders_ = trackedFolders_.size() > 1;
+    startTracker();
+}
+
+void frmMain::startTracker() {
+    if (hasTrackedFolders_ && app_.settings.UseTracker && !trackerLoaded_) {
         host_.loadTracker(trackedFolders_);
-        hasTrackedFolders_ = true;
+        trackerLoaded_ = true;
     }
+}
+
+void frmMain::stopTracker() {
+    if (trackerLoaded_) {
+        host_.unloadTracker();
+        trackerLoaded_ = false;
+    }
+}
+
+void frmMain::onTrackedFolders() {
+    if (!trackerLoaded_) {
+        // The window edits the list's folders whether or not they are watched: with UseTracker off it is
+        // loaded for the editing only and lets the changes it hears of pass.
+        host_.loadTracker(trackedFolders_);
+        trackerLoaded_ = true;
+        if (!app_.settings.UseTracker) {
+            host_.setTrackerIgnoreEvents(true);
+        }
+    }
+    host_.showTracker();
 }
 
 void frmMain::refreshList1() {

@@ -2,12 +2,15 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "changer/after_removal.h"
 #include "changer/apply_rules.h"
 #include "changer/changer_platform.h"
 #include "changer/menu_state.h"
+#include "changer/panel_rules.h"
 #include "lists/wallpaper_list.h"
+#include "tracker/tracker_host.h"
 
 namespace tl {
 
@@ -23,7 +26,9 @@ class RandomSource;
 // makes (switch, step back, the list submenu, the reselection after a removal) sets busy, moves the
 // selection and runs the click handling itself, which then applies the newly selected entry exactly once.
 // A click with busy clear is the user's.
-class frmMain : private RemovalForm {
+//
+// The list editing (addPaper, deletePaper, setTrackerList) is also what the folder tracker calls.
+class frmMain : private RemovalForm, public TrackerHost {
   public:
     frmMain(AppState& app,
             FileSystem& fs,
@@ -88,6 +93,24 @@ class frmMain : private RemovalForm {
     // The panel's "remove selected wallpaper(s) from list": the selected entries leave the list (the files
     // stay) and a neighbouring line is applied.
     void removeSelectedEntries();
+    // The panel's delete: the selected entries' files are deleted (recycled, or for good; through the
+    // shell, which asks, or directly), and those that went leave the list.
+    void deleteSelectedFiles(bool recycle, bool useShell);
+
+    // Adds an image file to the running list, unless it is listed already; result receives its slot (0
+    // when nothing was added). With select the new line is applied. A file that can't be read for its
+    // size (DefaultAddOrientation Auto) throws ImageReadError and adds nothing.
+    void addPaper(const std::string& path, bool select, int16_t& result) override;
+    // Removes the entry with that path (any case), if listed; the wallpaper on show removed, or reselect
+    // given, a neighbouring line is applied. The list file is written later.
+    void deletePaper(const std::string& path, bool reselect) override;
+    // The tracker's folders become the list's and the list file is written at once.
+    void setTrackerList(const TrackedFolders& folders) override;
+
+    // Form_Resize: the panel shown, or put into the tray when minimised. The state is kept in MainMode.
+    void onFormResize(bool visible, FormWindowState state);
+    // A click on one of the panel's image buttons or its preview, with the modifier keys held.
+    void onPanelButton(PanelButton button, int shiftKeys);
 
     // readListFile of the main form: the list at path replaces the current one, List1 follows, and
     // AppState.listPath becomes path; a list with folder lines loads the tracker.
@@ -114,6 +137,8 @@ class frmMain : private RemovalForm {
     Orientation lastAppliedOrientation() const { return lastAppliedOrientation_; }
     ScreenSize screen() const { return screen_; }
     bool panelBusy() const { return panelBusy_; }
+    const std::string& lastRemovedPath() const { return lastRemovedPath_; }
+    bool trackerLoaded() const { return trackerLoaded_; }
     size_t longestPath() const { return longestPath_; }
 
   private:
@@ -132,6 +157,16 @@ class frmMain : private RemovalForm {
     TrayIconKind trayIconKind() const;
     bool validIndex(int index) const;
     void writeList();
+    // refreshList1, then the line on show is made the current one again (without a click), so that the
+    // engine goes on from it and the tray's commands still act on it.
+    void refreshList1KeepingCursor();
+    // The selected lines' texts, top to bottom.
+    std::vector<std::string> selectedPaths();
+    // The tracker runs on the list's folders when there are any and UseTracker is on.
+    void startTracker();
+    void stopTracker();
+    void onTrackedFolders();
+    void onSetDefaultSaveDir();
 
     AppState& app_;
     FileSystem& fs_;
@@ -144,6 +179,8 @@ class frmMain : private RemovalForm {
     WallpaperEntries entries_ = WallpaperEntries(1);
     TrackedFolders trackedFolders_ = TrackedFolders(1);
     bool hasTrackedFolders_ = false;
+    bool trackerLoaded_ = false;
+    std::string lastRemovedPath_;
     size_t longestPath_ = 0;
     int minuteCount_ = 0;
     int tenMinuteCount_ = 0;

@@ -2,7 +2,10 @@
 // icon, the timer and the hot key, and turns each message into a call on frmMain's rules.
 #include "changer/main_form_win.h"
 
+#include <shellapi.h>
+
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -17,6 +20,7 @@
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
 #include "changer/menus_win.h"
+#include "changer/panel_win.h"
 #include "changer/pictures_win.h"
 #include "changer/preview_window_win.h"
 #include "changer/tray_win.h"
@@ -24,9 +28,11 @@
 #include "display/screen_resolution_win.h"
 #include "hotkey/hotkey_form_win.h"
 #include "hotkey/reg_hot_key_win.h"
-#include "lists/facts_panel_win.h"
-#include "lists/list_box_win.h"
+#include "lists/image_info.h"
+#include "lists/list_tools_win.h"
 #include "manager/manager_form_win.h"
+#include "tracker/tracker_form_win.h"
+#include "version.h"
 
 namespace tl {
 
@@ -36,6 +42,7 @@ constexpr const char* kMainClass = "TessalineMain";
 constexpr UINT_PTR kMinuteTimerId = 1;
 constexpr UINT kMinuteTimerInterval = 60000;
 constexpr UINT_PTR kTransTimerId = 2;  // the desktop options' one-second timer
+constexpr UINT kDpiChanged = 0x02E0;   // WM_DPICHANGED, newer than the headers' target version
 
 // The menu items that toggle a desktop option.
 constexpr std::pair<int, OptionItem> kOptionCommands[] = {
@@ -49,9 +56,11 @@ constexpr std::pair<int, OptionItem> kOptionCommands[] = {
     {mnuTrayDisplayHideIcons, OptionItem::mnuTrayDisplayHideIcons},
 };
 
-// The preview's box on the panel, in 96-DPI units.
-constexpr int kPreviewWidth = 200;
-constexpr int kPreviewHeight = 150;
+// The modifier keys held now, as the panel's buttons read them.
+int shiftKeys() {
+    return (::GetKeyState(VK_SHIFT) < 0 ? kShiftKey : 0) | (::GetKeyState(VK_CONTROL) < 0 ? kCtrlKey : 0) |
+           (::GetKeyState(VK_MENU) < 0 ? kAltKey : 0);
+}
 
 class MainWindow : public Window, private MainFormHost {
   public:
@@ -65,17 +74,24 @@ class MainWindow : public Window, private MainFormHost {
     LRESULT onMessage(UINT msg, WPARAM wParam, LPARAM lParam) override;
 
   private:
-    void createControls();
     void onCommand(int id, int code, HWND control);
     bool onOptionsCommand(int id);
     void onDestroy();
+    // Form_Resize, whenever the panel is shown, hidden, minimised, restored or sized. A minimised panel
+    // leaves the taskbar too: the program is then in the tray alone.
+    void onWindowPosChanged();
+    void onContextMenu(HWND from, LPARAM at);
+    void showPanel();
+    void runDisplayProperties();
     void syncMenus();
-    // Pops up one of frmMain's menus at the cursor, its check marks and captions brought up to date; the
-    // chosen item arrives as WM_COMMAND. (The panel pops up menus_.options() and menus_.file() so too.)
-    void popUpMenu(HMENU menu);
+    // Pops up one of frmMain's menus at a point (the cursor when none is given), its check marks and
+    // captions brought up to date; the chosen item arrives as WM_COMMAND.
+    void popUpMenu(HMENU menu, std::optional<POINT> at = std::nullopt);
+    // The same under a button, or over it where the screen ends: never on it, or under the pointer.
+    void popUpMenuAt(HMENU menu, RECT button);
 
     // MainFormHost
-    ListBoxView& list1() override { return *list1_; }
+    ListBoxView& list1() override { return panel_.list1(); }
     void fillOrType() override;
     void setOrTypeIndex(int index) override;
     int orTypeIndex() const override;
@@ -84,28 +100,42 @@ class MainWindow : public Window, private MainFormHost {
     double secondsSinceMidnight() override;
     void saveSettings() override { program().saveSettings(); }
     void beep() override { program().ui.beep(); }
+    bool removeFileFromDisk(const std::string& path, bool recycle, bool useShell) override {
+        return tl::removeFileFromDisk(path, recycle, useShell, hwnd());
+    }
     void menusChanged() override { menusDirty_ = true; }
     void buildResolutionMenu() override { resolutionMenu_.build(); }
     void popUpTrayMenu() override;
     void registerSwitchHotKey() override;
     void unloadForm() override;
     void showManager() override { tl::showManager(); }
-    void loadTracker(const TrackedFolders&) override {}
-    void allowTrackerUnload() override {}
-    void unloadTracker() override {}
+    void loadTracker(const TrackedFolders& folders) override { tl::loadTracker(*form_, folders); }
+    void allowTrackerUnload() override { setTrackerAllowUnload(true); }
+    void unloadTracker() override { tl::unloadTracker(); }
+    void showTracker() override { tl::showTracker(*form_); }
+    void setTrackerIgnoreEvents(bool ignore) override { tl::setTrackerIgnoreEvents(ignore); }
     void showDelayDialog() override;
+    // The panel is hidden at load whatever its stored state, and "Show panel..." always opens it in the
+    // normal state: the state read back changes nothing that shows.
     void applyMainMode(int16_t) override {}
-    void preparePanel() override {}
-    void showFactsLabels() override;
+    void preparePanel() override { panel_.layout(); }
+    void showFactsLabels() override { panel_.showFactsLabels(); }
     bool livesInTray() override;
+    void layoutPanel() override { panel_.layout(); }
+    void openWebPage() override;
+    void popUpOptionsMenu() override { popUpMenuAt(menus_.options(), panel_.buttonRect(PanelButton::Image4)); }
+    void showPreviewWindow(const std::string& path) override { showPreview(path, program().app.settings); }
+    std::optional<std::string> browseForFolder(const std::string& title,
+                                               const std::string& prompt,
+                                               const std::string& start) override {
+        return browseForFolderFrom(hwnd(), title, prompt, start);
+    }
+    std::string currentDirectory() override;
     void applyIconTextOptions() override { options_->load(kTransTimerId); }
     void makeIconTextTransparent(bool redraw) override { options_->makeIconTextTransparent(redraw); }
 
-    HWND orType_ = nullptr;
-    HWND labels_[3] = {};
-    std::unique_ptr<Win32ListBox> list1_;
-    FactsPanel facts_;
-    Win32WallpaperPictures pictures_{facts_};
+    MainPanel panel_;
+    Win32WallpaperPictures pictures_{panel_.facts()};
     MainMenus menus_;
     bool menusDirty_ = true;
     Win32Desktop desktop_;
@@ -117,47 +147,53 @@ class MainWindow : public Window, private MainFormHost {
     std::unique_ptr<frmMain> form_;
     UINT taskbarCreated_ = ::RegisterWindowMessageA("TaskbarCreated");
     bool timerRunning_ = false;
+
+    // What Form_Resize last saw, so that each change reaches it once.
+    struct Shown {
+        bool onPanel;
+        FormWindowState state;
+        LONG width, height;
+        bool operator==(const Shown&) const = default;
+    };
+    std::optional<Shown> lastShown_;
 };
 
 void MainWindow::load() {
     Program& p = program();
     registerClass(kMainClass, ::LoadIconA(p.instance, MAKEINTRESOURCEA(IDI_TESSALINE)));
-    create(kMainClass, "Tessaline", WS_OVERLAPPEDWINDOW, 0, CW_USEDEFAULT, CW_USEDEFAULT, 480, 420);
+    const SIZE size = panel_.windowSize(dpiOf(nullptr), false);
+    lastShown_.reset();
+    create(kMainClass, "Tessaline", WS_OVERLAPPEDWINDOW, 0, CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy);
     if (!hwnd()) {
         return;
     }
     formLoaded();
-    createControls();
+    // "Show panel..." opens it in the middle of the work area.
+    RECT work{};
+    if (::SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0)) {
+        ::SetWindowPos(hwnd(), nullptr, work.left + (work.right - work.left - size.cx) / 2,
+                       work.top + (work.bottom - work.top - size.cy) / 2, 0, 0,
+                       SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+    panel_.create(hwnd());
+    pictures_.setFrameHandlers([this] { panel_.factsShown(); }, [this] { panel_.factsHidden(); });
     tray_ = std::make_unique<Win32TrayIcon>(hwnd());
-    // A wallpaper caught from the browser is to join the running list as added files do; that waits for
-    // the list editing (addPaper), until then the saved copy stays off the list.
-    options_ = std::make_unique<Win32DesktopOptions>(hwnd(), p.app.settings, p.fs, [](const std::string&) {});
+    // A wallpaper caught from the browser joins the running list as the one on show: the program then
+    // applies it itself, which rewrites the desktop's "Wallpaper" value and so ends the catch.
+    options_ = std::make_unique<Win32DesktopOptions>(hwnd(), p.app.settings, p.fs, [this](const std::string& path) {
+        if (!form_) {
+            return;
+        }
+        int16_t slot = 0;
+        try {
+            form_->addPaper(path, true, slot);
+        } catch (const ImageReadError&) {
+            // The copy can't be read: it stays on disk, off the list.
+        }
+    });
     form_ = std::make_unique<frmMain>(p.app, p.fs, sharedRandom(), static_cast<MainFormHost&>(*this), desktop_,
                                       pictures_, *tray_);
     form_->onLoad();
-}
-
-void MainWindow::createControls() {
-    HWND w = hwnd();
-    const DWORD visible = WS_VISIBLE;
-    HWND list = createControl(w, "LISTBOX", "",
-                              visible | WS_VSCROLL | WS_HSCROLL | WS_BORDER | WS_TABSTOP | LBS_EXTENDEDSEL |
-                                  LBS_NOTIFY | LBS_NOINTEGRALHEIGHT,
-                              7, 7, 450, 200, idList1, WS_EX_CLIENTEDGE);
-    list1_ = std::make_unique<Win32ListBox>(list);
-    orType_ = createControl(w, "COMBOBOX", "", WS_VSCROLL | WS_TABSTOP | CBS_DROPDOWNLIST, 7, 215, 120, 120, idOrType);
-    facts_.prevFrame = createControl(w, "BUTTON", "", BS_GROUPBOX, 135, 210, 322, 170, idPrevFrame);
-    facts_.preview = createControl(w, "STATIC", "", SS_BITMAP, 245, 222, kPreviewWidth, kPreviewHeight, idPreview);
-    const int dpi = dpiOf(w);
-    facts_.previewDefaultWidth = scaleForDpi(kPreviewWidth, dpi);
-    facts_.previewDefaultHeight = scaleForDpi(kPreviewHeight, dpi);
-    facts_.keepPicture = true;  // the applier saves the decoded picture as its bitmap
-    labels_[0] = createControl(w, "STATIC", "Filesize:", 0, 142, 225, 95, 14, idLabel1);
-    facts_.fsize = createControl(w, "STATIC", "", visible, 142, 240, 95, 14, idFsize);
-    labels_[1] = createControl(w, "STATIC", "Date:", 0, 142, 260, 95, 14, idLabel2);
-    facts_.fdate = createControl(w, "STATIC", "", visible, 142, 275, 95, 28, idFdate);
-    labels_[2] = createControl(w, "STATIC", "Dimensions:", 0, 142, 310, 95, 14, idLabel3);
-    facts_.dimensions = createControl(w, "STATIC", "", visible, 142, 325, 95, 28, idDimensions);
 }
 
 LRESULT MainWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
@@ -190,6 +226,26 @@ LRESULT MainWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
                 form_->onDisplayChange();
             }
             break;
+        case WM_WINDOWPOSCHANGED: {
+            const LRESULT result = defaultProc(msg, wParam, lParam);
+            onWindowPosChanged();
+            return result;
+        }
+        case WM_GETMINMAXINFO: {
+            const SIZE least = panel_.windowSize(dpiOf(hwnd()), true);
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {least.cx, least.cy};
+            return 0;
+        }
+        case kDpiChanged: {
+            const RECT* suggested = reinterpret_cast<const RECT*>(lParam);
+            ::SetWindowPos(hwnd(), nullptr, suggested->left, suggested->top, suggested->right - suggested->left,
+                           suggested->bottom - suggested->top, SWP_NOZORDER | SWP_NOACTIVATE);
+            panel_.setDpi(HIWORD(wParam));
+            return 0;
+        }
+        case WM_CONTEXTMENU:
+            onContextMenu(reinterpret_cast<HWND>(wParam), lParam);
+            return 0;
         case WM_CLOSE:
             unloadForm();
             return 0;
@@ -219,10 +275,17 @@ LRESULT MainWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
 
 void MainWindow::onCommand(int id, int code, HWND control) {
     if (control != nullptr) {
-        if (id == idList1 && code == LBN_SELCHANGE && form_) {
+        if (!form_) {
+            return;
+        }
+        if (id == idList1 && code == LBN_SELCHANGE) {
             form_->onList1Click();
-        } else if (id == idOrType && code == CBN_SELCHANGE && form_) {
+        } else if (id == idOrType && code == CBN_SELCHANGE) {
             form_->onOrTypeClick();
+        } else if (id == idPreview && code == STN_CLICKED) {
+            form_->onPanelButton(PanelButton::Preview, shiftKeys());
+        } else if (const auto button = panel_.buttonOf(id); button && code == BN_CLICKED) {
+            form_->onPanelButton(*button, shiftKeys());
         }
         return;
     }
@@ -236,27 +299,19 @@ void MainWindow::onCommand(int id, int code, HWND control) {
         return;
     }
     switch (id) {
-        case mnuTrayDisplayProps: {
-            // The display control panel, in a normal window; a failure to start it is not reported.
-            char command[] = "rundll32.exe shell32.dll,Control_RunDLL desk.cpl";
-            STARTUPINFOA si{};
-            si.cb = sizeof si;
-            si.dwFlags = STARTF_USESHOWWINDOW;
-            si.wShowWindow = SW_SHOWNORMAL;
-            PROCESS_INFORMATION pi{};
-            if (::CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
-                ::CloseHandle(pi.hThread);
-                ::CloseHandle(pi.hProcess);
-            }
+        case mnuTrayDisplayProps:
+            runDisplayProperties();
             break;
-        }
+        case mnuShowPanel:
+            showPanel();
+            break;
         case mnuAbout:
         case mnuTrayAbout:
             showAbout(hwnd());
             break;
         case mnuPreview:
-            if (form_ && list1_->listIndex() >= 0) {
-                showPreview(list1_->text(list1_->listIndex()), program().app.settings);
+            if (panel_.list1().listIndex() >= 0) {
+                showPreview(panel_.list1().text(panel_.list1().listIndex()), program().app.settings);
             }
             break;
         case mnuOptionsChangeHotkey:
@@ -264,9 +319,7 @@ void MainWindow::onCommand(int id, int code, HWND control) {
             showHotkeyDialog(hwnd());
             break;
         default:
-            // Still to come: the panel (mnuShowPanel, mnuSetDefaultSaveDir), the list editing (mnuDelete,
-            // mnuTrayDelete) and the tracker window (mnuTrackedFolders). mnuRename and mnuIconTextColour do
-            // nothing, on purpose.
+            // mnuRename and mnuIconTextColour do nothing, on purpose.
             break;
     }
 }
@@ -300,8 +353,8 @@ void MainWindow::onDestroy() {
     setMinuteTimer(false);
     ::KillTimer(hwnd(), kTransTimerId);
     hotKey_.remove();
-    facts_.clearPreview();
-    facts_.releasePicture();
+    panel_.facts().clearPreview();
+    panel_.facts().releasePicture();
     formUnloaded();
 }
 
@@ -346,15 +399,104 @@ void MainWindow::popUpTrayMenu() {
     popUpMenu(menus_.tray());
 }
 
-void MainWindow::popUpMenu(HMENU menu) {
+void MainWindow::popUpMenu(HMENU menu, std::optional<POINT> at) {
     syncMenus();
-    POINT at{};
-    ::GetCursorPos(&at);
+    POINT where{};
+    if (at) {
+        where = *at;
+    } else {
+        ::GetCursorPos(&where);
+    }
     // Without the foreground the menu would not close when the user clicks elsewhere, and the message
     // after it makes the second pop-up work as well.
     ::SetForegroundWindow(hwnd());
-    ::TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_RIGHTBUTTON, at.x, at.y, hwnd(), nullptr);
+    ::TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON, where.x, where.y, hwnd(), nullptr);
     ::PostMessageA(hwnd(), WM_NULL, 0, 0);
+}
+
+void MainWindow::popUpMenuAt(HMENU menu, RECT button) {
+    syncMenus();
+    // Opened towards the larger room, under or over the button. The exclusion rectangle keeps it off the
+    // button where the system honours it (Wine does not).
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    ::GetMonitorInfoA(::MonitorFromRect(&button, MONITOR_DEFAULTTONEAREST), &monitor);
+    const bool upwards = button.top - monitor.rcWork.top > monitor.rcWork.bottom - button.bottom;
+    TPMPARAMS keepClear{};
+    keepClear.cbSize = sizeof keepClear;
+    keepClear.rcExclude = button;
+    ::SetForegroundWindow(hwnd());
+    ::TrackPopupMenuEx(menu,
+                       TPM_LEFTALIGN | TPM_VERTICAL | TPM_RIGHTBUTTON | (upwards ? TPM_BOTTOMALIGN : TPM_TOPALIGN),
+                       button.left, upwards ? button.top : button.bottom, hwnd(), &keepClear);
+    ::PostMessageA(hwnd(), WM_NULL, 0, 0);
+}
+
+void MainWindow::onWindowPosChanged() {
+    if (!form_ || form_->isUnloaded()) {
+        return;
+    }
+    const bool visible = ::IsWindowVisible(hwnd()) != FALSE;
+    const FormWindowState state = ::IsIconic(hwnd())   ? FormWindowState::Minimized
+                                  : ::IsZoomed(hwnd()) ? FormWindowState::Maximized
+                                                       : FormWindowState::Normal;
+    RECT client{};
+    ::GetClientRect(hwnd(), &client);
+    const Shown now{visible && state != FormWindowState::Minimized, state, client.right, client.bottom};
+    if (lastShown_ == now) {
+        return;
+    }
+    lastShown_ = now;
+    form_->onFormResize(visible, state);
+    if (visible && state == FormWindowState::Minimized) {
+        ::ShowWindow(hwnd(), SW_HIDE);
+    }
+}
+
+void MainWindow::showPanel() {
+    // Restored from the tray or from the minimised state alike; Form_Resize then takes the icon away.
+    ::ShowWindow(hwnd(), SW_RESTORE);
+    ::SetForegroundWindow(hwnd());
+}
+
+void MainWindow::onContextMenu(HWND from, LPARAM at) {
+    if (from != panel_.list1().hwnd()) {
+        return;
+    }
+    std::optional<POINT> where;
+    if (at != -1) {
+        where = POINT{static_cast<short>(LOWORD(at)), static_cast<short>(HIWORD(at))};
+    } else {
+        // From the keyboard: at the list's top-left corner.
+        RECT r{};
+        ::GetWindowRect(from, &r);
+        where = POINT{r.left, r.top};
+    }
+    popUpMenu(menus_.file(), where);
+}
+
+void MainWindow::runDisplayProperties() {
+    // The display control panel, in a normal window; a failure to start it is not reported.
+    char command[] = "rundll32.exe shell32.dll,Control_RunDLL desk.cpl";
+    STARTUPINFOA si{};
+    si.cb = sizeof si;
+    si.dwFlags = STARTF_USESHOWWINDOW;
+    si.wShowWindow = SW_SHOWNORMAL;
+    PROCESS_INFORMATION pi{};
+    if (::CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
+        ::CloseHandle(pi.hThread);
+        ::CloseHandle(pi.hProcess);
+    }
+}
+
+void MainWindow::openWebPage() {
+    ::ShellExecuteA(hwnd(), "open", TL_WEB_PAGE, nullptr, nullptr, SW_SHOWNORMAL);
+}
+
+std::string MainWindow::currentDirectory() {
+    char buffer[MAX_PATH] = {};
+    const DWORD n = ::GetCurrentDirectoryA(MAX_PATH, buffer);
+    return n > 0 && n < MAX_PATH ? std::string(buffer, n) : std::string();
 }
 
 void MainWindow::registerSwitchHotKey() {
@@ -366,18 +508,18 @@ void MainWindow::registerSwitchHotKey() {
 }
 
 void MainWindow::fillOrType() {
-    ::SendMessageA(orType_, CB_RESETCONTENT, 0, 0);
+    ::SendMessageA(panel_.orType(), CB_RESETCONTENT, 0, 0);
     for (Orientation code : {kCenter, kTile, kStretch, kScale}) {
-        ::SendMessageA(orType_, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(orientationName(code)));
+        ::SendMessageA(panel_.orType(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(orientationName(code)));
     }
 }
 
 void MainWindow::setOrTypeIndex(int index) {
-    ::SendMessageA(orType_, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    ::SendMessageA(panel_.orType(), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
 int MainWindow::orTypeIndex() const {
-    return static_cast<int>(::SendMessageA(orType_, CB_GETCURSEL, 0, 0));
+    return static_cast<int>(::SendMessageA(panel_.orType(), CB_GETCURSEL, 0, 0));
 }
 
 void MainWindow::setMinuteTimer(bool enabled) {
@@ -397,13 +539,6 @@ double MainWindow::secondsSinceMidnight() {
     SYSTEMTIME t{};
     ::GetLocalTime(&t);
     return t.wHour * 3600.0 + t.wMinute * 60.0 + t.wSecond + t.wMilliseconds / 1000.0;
-}
-
-void MainWindow::showFactsLabels() {
-    ::ShowWindow(orType_, SW_SHOWNA);
-    for (HWND label : labels_) {
-        ::ShowWindow(label, SW_SHOWNA);
-    }
 }
 
 bool MainWindow::livesInTray() {

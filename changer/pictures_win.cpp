@@ -12,6 +12,9 @@ bool Win32WallpaperPictures::showImageFacts(WallpaperEntry& entry) {
         return false;
     }
     shownPath_ = entry.path;
+    if (frameShown_) {
+        frameShown_();
+    }
     return true;
 }
 
@@ -50,6 +53,9 @@ void Win32WallpaperPictures::clearPreview() {
 void Win32WallpaperPictures::hidePreviewFrame() {
     if (panel_.prevFrame) {
         ::ShowWindow(panel_.prevFrame, SW_HIDE);
+    }
+    if (frameHidden_) {
+        frameHidden_();
     }
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "changer/changer_platform.h"
 
@@ -16,6 +18,12 @@ class Win32WallpaperPictures : public WallpaperPictures {
     // The panel must keep its picture (keepPicture) for saveCurrentBitmap to save it without decoding
     // it again.
     explicit Win32WallpaperPictures(FactsPanel& panel) : panel_(panel) {}
+    // What the window does once a picture is on show (shows the frame's labels, places the preview) and
+    // when the frame is hidden (hides them with it).
+    void setFrameHandlers(std::function<void()> shown, std::function<void()> hidden) {
+        frameShown_ = std::move(shown);
+        frameHidden_ = std::move(hidden);
+    }
 
     bool showImageFacts(WallpaperEntry& entry) override;
     bool saveCurrentBitmap(const std::string& bitmapPath) override;
@@ -32,6 +40,8 @@ class Win32WallpaperPictures : public WallpaperPictures {
   private:
     FactsPanel& panel_;
     std::string shownPath_;  // the picture the preview holds
+    std::function<void()> frameShown_;
+    std::function<void()> frameHidden_;
 };
 
 }  // namespace tl

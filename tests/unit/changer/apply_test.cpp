@@ -153,6 +153,17 @@ TEST_F(Apply, OnlyAnOrientationChangeReappliesWithoutReloading) {
     EXPECT_EQ(form.lastAppliedOrientation(), kStretch);
 }
 
+TEST_F(Apply, LeavingScaleSavesThePictureAtItsOwnSizeAgain) {
+    loadOne(kScale);
+    log.clear();
+    form.entries()[0].orientation = kCenter;
+    bool force = false;
+    form.changeWallpaper(0, force);
+    EXPECT_EQ(log.count("load "), 0);
+    EXPECT_EQ(log.count("save "), 1) << "the scaled bitmap must not stay on the desktop";
+    EXPECT_EQ(log.count("scale "), 0);
+}
+
 TEST_F(Apply, ActiveDesktopWithNothingToApplyWritesOnlyWallpaper) {
     app.settings.UseActiveDesktop = true;
     loadOne(kTile);

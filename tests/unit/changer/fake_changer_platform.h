@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -180,6 +181,15 @@ class FakeHost : public MainFormHost {
     double secondsSinceMidnight() override { return clock += 0.25; }
     void saveSettings() override { log_.add("save settings"); }
     void beep() override { log_.add("beep"); }
+    // Files named in `kept` stay (the user said no to the shell's question); duringRemoval runs while a
+    // file is being deleted, as the shell's question lets other messages through.
+    bool removeFileFromDisk(const std::string& path, bool recycle, bool useShell) override {
+        log_.add(std::string(recycle ? "recycle " : "delete ") + (useShell ? "" : "directly ") + path);
+        if (duringRemoval) {
+            duringRemoval(path);
+        }
+        return kept.count(path) == 0;
+    }
     void menusChanged() override {}
     void buildResolutionMenu() override { log_.add("build resolution menu"); }
     void popUpTrayMenu() override { log_.add("pop up tray menu"); }
@@ -196,6 +206,8 @@ class FakeHost : public MainFormHost {
     }
     void allowTrackerUnload() override { log_.add("allow tracker unload"); }
     void unloadTracker() override { log_.add("unload tracker"); }
+    void showTracker() override { log_.add("show tracker"); }
+    void setTrackerIgnoreEvents(bool ignore) override { log_.add(ignore ? "tracker ignores" : "tracker listens"); }
     void showDelayDialog() override {
         log_.add("delay dialog");
         if (newDelay && app) {
@@ -206,6 +218,17 @@ class FakeHost : public MainFormHost {
     void preparePanel() override { log_.add("prepare panel"); }
     void showFactsLabels() override {}
     bool livesInTray() override { return inTray; }
+    void layoutPanel() override { log_.add("layout panel"); }
+    void openWebPage() override { log_.add("web page"); }
+    void popUpOptionsMenu() override { log_.add("pop up options menu"); }
+    void showPreviewWindow(const std::string& path) override { log_.add("preview window " + path); }
+    std::optional<std::string> browseForFolder(const std::string& title,
+                                               const std::string& prompt,
+                                               const std::string& start) override {
+        log_.add("browse " + title + " | " + prompt + " | " + start);
+        return folderAnswer;
+    }
+    std::string currentDirectory() override { return cwd; }
     void applyIconTextOptions() override { log_.add("icon text options"); }
     void makeIconTextTransparent(bool redraw) override { log_.add(redraw ? "icon text redraw" : "icon text"); }
 
@@ -215,6 +238,10 @@ class FakeHost : public MainFormHost {
     ScreenSize screen{1024, 768};
     double clock = 3600.0;
     bool inTray = true;
+    std::set<std::string> kept;
+    std::function<void(const std::string&)> duringRemoval;
+    std::optional<std::string> folderAnswer;
+    std::string cwd = "D:\\work\\lists";
     std::optional<int16_t> newDelay;
     frmMain* form = nullptr;
     AppState* app = nullptr;
@@ -234,6 +261,7 @@ struct ChangerFixture {
         app.settings.AutomaticShowOnDesktop = true;
         app.settings.RatioTolerance = 0.25;
         app.settings.HalfRatio = 1.5;
+        app.settings.UseTracker = true;
         host.form = &form;
         host.app = &app;
     }

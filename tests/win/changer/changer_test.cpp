@@ -186,7 +186,16 @@ TEST_F(Changer, QuitFromTheTrayMenuWritesTheListAndTheSettings) {
     EXPECT_NE(std::find(settings.begin(), settings.end(), "LastList=" + list()), settings.end());
 }
 
-TEST_F(Changer, TheDelayChosenFromTheTrayMenuIsSavedAtQuit) {
+// Replaces the text of the focused box with an entry, as typed, and presses Enter.
+bool typeEntry(const std::string& entry) {
+    bool ok = pressKeys({}, VK_HOME) && pressKeys({VK_SHIFT}, VK_END);
+    for (char c : entry) {
+        ok = ok && pressKeys({}, static_cast<WORD>(c));
+    }
+    return ok && pressKeys({}, VK_RETURN);
+}
+
+TEST_F(Changer, TheDelayDialogRefusesEntriesOutOfRangeAndTheAcceptedOneIsSavedAtQuit) {
     writeSettings();
     writeList({{"a.bmp", "bmp", 64, 48, 0xCC3300}}, {"0"});
     RunningProgram tl(dir);
@@ -196,15 +205,23 @@ TEST_F(Changer, TheDelayChosenFromTheTrayMenuIsSavedAtQuit) {
     ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Delay"));
     HWND dialog = tl.waitForWindow(nullptr, "Delay", seconds(10), true);
     ASSERT_NE(dialog, nullptr) << "the delay dialog did not open";
-    // The minutes shown are selected: typing replaces them.
+    for (const char* refused : {"0", "32001"}) {
+        ASSERT_TRUE(waitFor([&] { return ::GetForegroundWindow() == dialog; })) << refused;
+        ASSERT_TRUE(typeEntry(refused));
+        HWND box = tl.waitForMessageBox("Error");
+        ASSERT_NE(box, nullptr) << refused << " was not refused";
+        EXPECT_EQ(RunningProgram::messageBoxText(box), "Please enter a number above zero, and under 32,000");
+        RunningProgram::pressButton(box, IDOK);
+        ASSERT_TRUE(waitFor([&] { return !::IsWindow(box); }));
+        EXPECT_TRUE(::IsWindowVisible(dialog)) << "the dialog stays after refusing " << refused;
+    }
     ASSERT_TRUE(waitFor([&] { return ::GetForegroundWindow() == dialog; }));
-    ASSERT_TRUE(pressKeys({}, '7'));
-    ASSERT_TRUE(pressKeys({}, VK_RETURN));
-    ASSERT_TRUE(waitFor([&] { return !::IsWindow(dialog) || !::IsWindowVisible(dialog); }));
+    ASSERT_TRUE(typeEntry("32000"));
+    ASSERT_TRUE(waitFor([&] { return !::IsWindow(dialog) || !::IsWindowVisible(dialog); })) << "32000 was refused";
     ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Quit"));
     ASSERT_TRUE(tl.hasExited(seconds(10)));
     const std::vector<std::string> settings = dir.lines("setup.pref");
-    EXPECT_NE(std::find(settings.begin(), settings.end(), "Delay=7"), settings.end());
+    EXPECT_NE(std::find(settings.begin(), settings.end(), "Delay=32000"), settings.end());
 }
 
 TEST_F(Changer, AnUnloadablePictureLeavesTheListAndTheNextIsApplied) {

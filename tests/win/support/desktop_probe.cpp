@@ -64,8 +64,10 @@ bool chooseTrayMenuItem(HWND form, const std::vector<std::string>& visibleCaptio
     if (!waitFor([] { return visiblePopupMenu() != nullptr; }, std::chrono::seconds(5))) {
         return false;
     }
-    // The first arrow selects the first item.
-    for (int i = 0; i < downs; ++i) {
+    // Home takes the first item, whatever the pointer may have chosen where the menu opened.
+    ::Sleep(100);
+    pressKey(VK_HOME);
+    for (int i = 1; i < downs; ++i) {
         pressKey(VK_DOWN);
     }
     pressKey(VK_RETURN);
