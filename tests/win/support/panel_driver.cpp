@@ -111,15 +111,6 @@ POINT lineCentre(HWND list, int line) {
     return at;
 }
 
-std::vector<std::string> listLines(HWND list) {
-    std::vector<std::string> lines;
-    const auto count = static_cast<int>(::SendMessageA(list, LB_GETCOUNT, 0, 0));
-    for (int i = 0; i < count; ++i) {
-        lines.push_back(itemText(list, LB_GETTEXTLEN, LB_GETTEXT, i));
-    }
-    return lines;
-}
-
 std::string chosenItem(HWND comboBox) {
     const auto index = static_cast<int>(::SendMessageA(comboBox, CB_GETCURSEL, 0, 0));
     return index < 0 ? std::string() : itemText(comboBox, CB_GETLBTEXTLEN, CB_GETLBTEXT, index);

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "support/remote_window.h"
+
 namespace tl::wintest {
 
 class RunningProgram;
@@ -22,8 +24,7 @@ POINT centreOf(HWND window);
 // The middle of a line of a list box, on the screen.
 POINT lineCentre(HWND list, int line);
 
-// The lines of another process's list box, and the chosen item of its combo box.
-std::vector<std::string> listLines(HWND list);
+// The chosen item of another process's combo box (its list box lines: listLines in remote_window.h).
 std::string chosenItem(HWND comboBox);
 
 // Restores the panel from the tray ("Show panel...") and waits until it is in front.
