@@ -5,6 +5,7 @@
 #include <cstring>
 #include <memory_resource>
 #include <new>
+#include <type_traits>
 #include <utility>
 
 // Memory for large scratch buffers straight from the system's page allocator, so that it goes back to the
@@ -46,11 +47,16 @@ class PageMemoryResource final : public std::pmr::memory_resource {
 };
 
 // The one page memory resource of the program.
-std::pmr::memory_resource& pageMemory();
+inline std::pmr::memory_resource& pageMemory() {
+    static PageMemoryResource memory;
+    return memory;
+}
 
 // An array of `count` zeroed T (trivial types) from a memory resource, given back when the array goes.
 template <typename T>
 class ScratchArray {
+    static_assert(std::is_trivial_v<T>, "scratch arrays hold plain bytes and numbers");
+
   public:
     ScratchArray() = default;
     ScratchArray(std::pmr::memory_resource& memory, size_t count) {

@@ -13,9 +13,4 @@ void freePages(void* pages, size_t bytes) {
     ::munmap(pages, bytes);
 }
 
-std::pmr::memory_resource& pageMemory() {
-    static PageMemoryResource memory;
-    return memory;
-}
-
 }  // namespace tl

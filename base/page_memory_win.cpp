@@ -12,9 +12,4 @@ void freePages(void* pages, size_t) {
     ::VirtualFree(pages, 0, MEM_RELEASE);
 }
 
-std::pmr::memory_resource& pageMemory() {
-    static PageMemoryResource memory;
-    return memory;
-}
-
 }  // namespace tl
