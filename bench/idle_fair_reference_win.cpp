@@ -1,12 +1,12 @@
 // What any tray program made like Tessaline pays the system, as the fair reference for the program's idle
-// working set (idle_reference_win.exe is the bare floor): it imports the same DLLs (common controls 6, from
-// a manifest put beside the exe), initialises COM, adds a tray icon and keeps a hidden window with one
-// STATIC control in the message font, which wakes the system's font machinery. The comctl32 it loaded is
-// printed, to show that the manifest took (common controls 6 load from WinSxS).
+// working set (idle_reference_win.exe is the bare floor): it loads the DLLs Tessaline loads at start
+// (common controls 6, from a manifest put beside the exe; comdlg32 waits for a file dialog in both),
+// initialises COM, adds a tray icon and keeps a hidden window with one STATIC control in the message font,
+// which wakes the system's font machinery. The comctl32 it loaded is printed, to show that the manifest
+// took (common controls 6 load from WinSxS).
 #include <windows.h>
 
 #include <commctrl.h>
-#include <commdlg.h>
 #include <objbase.h>
 #include <shellapi.h>
 
@@ -30,7 +30,6 @@ void makeUpLikeTessaline(HWND window) {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES | ICC_HOTKEY_CLASS};
     ::InitCommonControlsEx(&controls);
     (void)::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    (void)::CommDlgExtendedError();
     char exe[MAX_PATH] = {};
     ::GetModuleFileNameA(nullptr, exe, MAX_PATH);
     DWORD ignored = 0;

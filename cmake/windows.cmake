@@ -1,6 +1,24 @@
 # Windows build (mingw-w64): tessaline.exe, the Win32 glue library, the Wine-run tests and benchmarks.
 enable_language(RC)
-set(TL_WIN_LIBS comctl32 shell32 ole32 oleaut32 uuid windowscodecs shlwapi gdi32 user32 advapi32 version comdlg32)
+# comdlg32 is loaded on the first file dialog rather than at start (a delay-load import library made with
+# dlltool): it brings in the print spooler, which under Wine loads CUPS and the TLS and Kerberos libraries
+# behind it, a megabyte of the working set of a program that mostly idles in the tray. Another function of
+# it goes into the list below; the default libraries leave comdlg32 and winspool out, so that nothing links
+# them at start unnoticed.
+set(TL_COMDLG32_DEF ${CMAKE_BINARY_DIR}/comdlg32-delay.def)
+set(TL_COMDLG32_DELAY ${CMAKE_BINARY_DIR}/libcomdlg32-delay.a)
+file(WRITE ${TL_COMDLG32_DEF} "LIBRARY comdlg32.dll\nEXPORTS\nCommDlgExtendedError\nGetOpenFileNameA\nGetSaveFileNameA\n")
+execute_process(COMMAND ${CMAKE_DLLTOOL} --input-def comdlg32-delay.def --dllname comdlg32.dll
+                        --output-delaylib libcomdlg32-delay.a
+                WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+                RESULT_VARIABLE TL_DLLTOOL_RESULT)
+if(NOT TL_DLLTOOL_RESULT EQUAL 0)
+    message(FATAL_ERROR "dlltool could not make ${TL_COMDLG32_DELAY}")
+endif()
+set(TL_WIN_LIBS comctl32 shell32 ole32 oleaut32 uuid windowscodecs shlwapi gdi32 user32 advapi32 version
+                ${TL_COMDLG32_DELAY} delayimp)
+set(CMAKE_CXX_STANDARD_LIBRARIES "-lkernel32 -luser32 -lgdi32 -lshell32 -lole32 -loleaut32 -luuid -ladvapi32")
+set(CMAKE_C_STANDARD_LIBRARIES "${CMAKE_CXX_STANDARD_LIBRARIES}")
 set(TL_STATIC -static -static-libgcc -static-libstdc++)
 # Sections start at page boundaries in the file as well as in memory, so that Wine maps a program's image
 # from its file as Windows does; with the usual 512-byte file alignment it reads the whole image into
