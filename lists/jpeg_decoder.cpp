@@ -15,6 +15,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "base/page_memory.h"
 #include "lists/jpeg_entropy.h"
 #include "lists/jpeg_pixels.h"
 
@@ -27,12 +28,12 @@ namespace {
 // Room for one row of MCUs' coefficients.
 class CoefficientSlot {
   public:
-    explicit CoefficientSlot(const Frame& frame) {
+    CoefficientSlot(const Frame& frame, std::pmr::memory_resource& memory) {
         for (int c = 0; c < frame.componentCount; ++c) {
             const Component& comp = frame.components[static_cast<size_t>(c)];
             const auto blocks = static_cast<size_t>(comp.blocksAcross) * static_cast<size_t>(comp.v);
-            blocks_[static_cast<size_t>(c)].resize(blocks * 64);
-            last_[static_cast<size_t>(c)].resize(blocks);
+            blocks_[static_cast<size_t>(c)] = ScratchArray<int16_t>(memory, blocks * 64);
+            last_[static_cast<size_t>(c)] = ScratchArray<uint8_t>(memory, blocks);
             row.blocks[static_cast<size_t>(c)] = blocks_[static_cast<size_t>(c)].data();
             row.last[static_cast<size_t>(c)] = last_[static_cast<size_t>(c)].data();
         }
@@ -40,8 +41,8 @@ class CoefficientSlot {
     CoefficientRow row;
 
   private:
-    std::array<std::vector<int16_t>, kMaxComponents> blocks_;
-    std::array<std::vector<uint8_t>, kMaxComponents> last_;
+    std::array<ScratchArray<int16_t>, kMaxComponents> blocks_;
+    std::array<ScratchArray<uint8_t>, kMaxComponents> last_;
 };
 
 // Turns rows of coefficients into BMP rows: inverse DCT into a few rows of samples per component, then,
@@ -49,7 +50,8 @@ class CoefficientSlot {
 // into the caller's pixels.
 class RowBuilder {
   public:
-    RowBuilder(const Frame& frame, uint8_t* pixels) : frame_(frame), pixels_(pixels) {
+    RowBuilder(const Frame& frame, uint8_t* pixels, std::pmr::memory_resource& memory)
+        : frame_(frame), pixels_(pixels) {
         stride_ = jpegBmpRowBytes(frame.width);
         for (int c = 0; c < frame.componentCount; ++c) {
             const Component& comp = frame.components[static_cast<size_t>(c)];
@@ -57,7 +59,7 @@ class RowBuilder {
             plane.stride = static_cast<size_t>(comp.blocksAcross) * 8;
             // Two MCU rows: picture rows wait at most a few sample rows for the next MCU row's chroma.
             plane.ringRows = 16 * comp.v;
-            plane.ring.resize(plane.stride * static_cast<size_t>(plane.ringRows));
+            plane.ring = ScratchArray<uint8_t>(memory, plane.stride * static_cast<size_t>(plane.ringRows));
             plane.hScale = frame.hMax / comp.h;
             plane.vScale = frame.vMax / comp.v;
             if (plane.hScale == 1 && plane.vScale == 1) {
@@ -71,7 +73,7 @@ class RowBuilder {
             } else {
                 plane.mode = Mode::box;
             }
-            plane.upsampled.resize(plane.stride * static_cast<size_t>(plane.hScale) + 32);
+            plane.upsampled = ScratchArray<uint8_t>(memory, plane.stride * static_cast<size_t>(plane.hScale) + 32);
             plane.blocksUsed = (comp.width + 7) / 8;
         }
     }
@@ -118,7 +120,7 @@ class RowBuilder {
   private:
     enum class Mode { direct, h2v1, h1v2, h2v2, box };
     struct Plane {
-        std::vector<uint8_t> ring;
+        ScratchArray<uint8_t> ring;
         size_t stride = 0;
         int ringRows = 0;
         int rowsDone = 0;
@@ -126,7 +128,7 @@ class RowBuilder {
         int vScale = 1;
         int blocksUsed = 0;
         Mode mode = Mode::direct;
-        std::vector<uint8_t> upsampled;
+        ScratchArray<uint8_t> upsampled;
         uint8_t* row(int r) { return ring.data() + static_cast<size_t>(r % ringRows) * stride; }
     };
 
@@ -206,8 +208,11 @@ class RowBuilder {
     int nextRow_ = 0;
 };
 
-void decodeOnOneThread(const Frame& frame, EntropyDecoder& entropy, RowBuilder& builder) {
-    CoefficientSlot slot(frame);
+void decodeOnOneThread(const Frame& frame,
+                       EntropyDecoder& entropy,
+                       RowBuilder& builder,
+                       std::pmr::memory_resource& memory) {
+    CoefficientSlot slot(frame, memory);
     for (int r = 0; r < frame.mcuRows; ++r) {
         entropy.decodeRow(slot.row);
         builder.addRow(slot.row);
@@ -287,11 +292,16 @@ class Progress {
 
 // The entropy decoding runs on a second thread a few MCU rows ahead of the rest; when it has to wait for
 // a free slot it faults in the pages of picture rows still to come. False when no thread could be started.
-bool decodeOnTwoThreads(const Frame& frame, EntropyDecoder& entropy, RowBuilder& builder, std::span<uint8_t> pixels) {
+bool decodeOnTwoThreads(const Frame& frame,
+                        EntropyDecoder& entropy,
+                        RowBuilder& builder,
+                        std::span<uint8_t> pixels,
+                        std::pmr::memory_resource& memory) {
     constexpr int kSlots = 4;
     std::vector<CoefficientSlot> slots;
+    slots.reserve(kSlots);
     for (int i = 0; i < kSlots; ++i) {
-        slots.emplace_back(frame);
+        slots.emplace_back(frame, memory);
     }
     Progress decoded;
     Progress built;
@@ -356,9 +366,11 @@ JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, 
             return JpegResult::notHandled;
         }
         EntropyDecoder entropy(*frame, file);
-        RowBuilder builder(*frame, pixels.data());
-        if (options.threads < 2 || frame->mcuRows < 2 || !decodeOnTwoThreads(*frame, entropy, builder, pixels)) {
-            decodeOnOneThread(*frame, entropy, builder);
+        std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
+        RowBuilder builder(*frame, pixels.data(), memory);
+        if (options.threads < 2 || frame->mcuRows < 2 ||
+            !decodeOnTwoThreads(*frame, entropy, builder, pixels, memory)) {
+            decodeOnOneThread(*frame, entropy, builder, memory);
         }
         return JpegResult::decoded;
     } catch (const std::bad_alloc&) {

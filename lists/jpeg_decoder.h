@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory_resource>
 #include <span>
 
 // Our own decoder for the JPEG files people keep as wallpapers (sequential Huffman-coded, 8-bit, grey or
@@ -23,6 +24,8 @@ enum class JpegResult { decoded, notHandled };
 struct JpegOptions {
     // 1 decodes on the calling thread alone; 2 also uses a second thread for the entropy decoding.
     int threads = 2;
+    // Where the row and coefficient buffers come from (about 1.5 MB for a 24-megapixel photo); null: the heap.
+    std::pmr::memory_resource* scratch = nullptr;
 };
 
 // Reads the headers up to the first scan.

@@ -1,5 +1,6 @@
 #include "lists/picture_win.h"
 
+#include "base/page_memory.h"
 #include "lists/jpeg_decoder.h"
 #include "lists/picture_scale.h"
 
@@ -9,8 +10,8 @@
 #include <climits>
 #include <cstring>
 #include <new>
+#include <span>
 #include <utility>
-#include <vector>
 
 namespace tl {
 
@@ -38,45 +39,53 @@ BITMAPINFOHEADER dibHeader(int width, int height) {
     return h;
 }
 
+// A JPEG file read whole, in page memory: a photo's file runs to megabytes, which the heap would keep.
+struct JpegFile {
+    ScratchArray<uint8_t> data;
+    size_t size = 0;  // what was read: less than data.size() when the file got shorter meanwhile
+    std::span<const uint8_t> bytes() const { return {data.data(), size}; }
+};
+
 // The whole file when it starts as a JPEG does (the SOI marker), whatever its name says; empty otherwise.
-std::vector<uint8_t> readJpegFile(const std::wstring& path) {
+JpegFile readJpegFile(const std::wstring& path) {
     unique_hfile file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                     FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     LARGE_INTEGER size{};
     if (!file || !::GetFileSizeEx(file.get(), &size) || size.QuadPart < 4 || size.QuadPart > INT_MAX) {
         return {};
     }
-    std::vector<uint8_t> data(2);
+    uint8_t soi[2] = {};
     DWORD read = 0;
-    if (!::ReadFile(file.get(), data.data(), 2, &read, nullptr) || read != 2 || data[0] != 0xFF || data[1] != 0xD8) {
+    if (!::ReadFile(file.get(), soi, 2, &read, nullptr) || read != 2 || soi[0] != 0xFF || soi[1] != 0xD8) {
         return {};
     }
-    data.resize(static_cast<size_t>(size.QuadPart));
-    size_t have = 2;
-    while (have < data.size()) {
-        if (!::ReadFile(file.get(), data.data() + have, static_cast<DWORD>(data.size() - have), &read, nullptr) ||
+    JpegFile jpeg{ScratchArray<uint8_t>(pageMemory(), static_cast<size_t>(size.QuadPart)), 2};
+    jpeg.data[0] = soi[0];
+    jpeg.data[1] = soi[1];
+    while (jpeg.size < jpeg.data.size()) {
+        if (!::ReadFile(file.get(), jpeg.data.data() + jpeg.size, static_cast<DWORD>(jpeg.data.size() - jpeg.size),
+                        &read, nullptr) ||
             read == 0) {
-            data.resize(have);  // the file got shorter: the decoder makes what it can of the rest
-            break;
+            break;  // the file got shorter: the decoder makes what it can of the rest
         }
-        have += read;
+        jpeg.size += read;
     }
-    return data;
+    return jpeg;
 }
 
 // Our own decoder goes first for JPEG files: several times faster than WIC on a big photo, and it writes
 // straight into the DIB. nullopt when it doesn't handle the file (progressive, CMYK...), for WIC to try.
 std::optional<Picture> loadJpeg(const std::wstring& path) {
-    std::vector<uint8_t> file;
+    JpegFile file;
     try {
         file = readJpegFile(path);
     } catch (const std::bad_alloc&) {
         return std::nullopt;  // a file too big to hold: WIC reads it piece by piece
     }
-    if (file.empty()) {
+    if (file.size == 0) {
         return std::nullopt;
     }
-    const JpegHeader header = readJpegHeader(file);
+    const JpegHeader header = readJpegHeader(file.bytes());
     if (!header.handled) {
         return std::nullopt;
     }
@@ -84,9 +93,11 @@ std::optional<Picture> loadJpeg(const std::wstring& path) {
     if (!picture) {
         return std::nullopt;
     }
-    // A second thread only pays for itself on pictures of a megapixel or so.
-    const JpegOptions options{static_cast<int64_t>(header.width) * header.height >= 1000000 ? 2 : 1};
-    if (decodeJpeg(file, {picture.bits(), picture.imageSize()}, options) != JpegResult::decoded) {
+    // One thread: a 24-megapixel photo decodes in well under the time the desktop takes to show it, while a
+    // second one would cost about a megabyte for good under Wine, which keeps the stacks of the last thread
+    // that ended until another one ends.
+    const JpegOptions options{1, &pageMemory()};
+    if (decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options) != JpegResult::decoded) {
         return std::nullopt;
     }
     return picture;
@@ -179,7 +190,12 @@ std::optional<Picture> loadPicture(const std::string& path) {
     constexpr UINT kStripRows = 64;
     const size_t stride = picture.stride();
     BYTE* const bits = picture.bits();
-    std::vector<BYTE> strip(stride * std::min<UINT>(kStripRows, height));
+    ScratchArray<BYTE> strip;
+    try {
+        strip = ScratchArray<BYTE>(pageMemory(), stride * std::min<UINT>(kStripRows, height));
+    } catch (const std::bad_alloc&) {
+        return std::nullopt;
+    }
     for (UINT y = 0; y < height; y += kStripRows) {
         const UINT rows = std::min<UINT>(kStripRows, height - y);
         const WICRect rect{0, static_cast<INT>(y), static_cast<INT>(width), static_cast<INT>(rows)};

@@ -3,9 +3,11 @@
 # sanitizers; the JPEG decoder's on two generated 24-megapixel photos, 4:4:4 and 4:2:0, beside djpeg), then
 # the Windows ones under Wine: the picture layer, applying the 24-megapixel JPEG beside djpeg -bmp on the
 # same file, GDI/USER objects after 10,000 applies, the list manager adding 20,000 files to a 20,000-entry
-# list in a real list box, and the idle working set of the program in the tray beside a trivial Win32
-# program's. --native runs only the native benchmarks. The machine may be shared,
-# so every timing is the best of several runs, and the two sides of a ratio are timed in turns.
+# list in a real list box, and the program idling in the tray after a small and after the 24-megapixel
+# picture: its private working set beside a fair reference program's and a bare Win32 program's, and the
+# CPU time and wake-ups of 10 s between wallpaper changes. --native runs only the native benchmarks,
+# --idle only the idle figures. The machine may be shared, so every timing is the best of several runs, and
+# the two sides of a ratio are timed in turns.
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -31,7 +33,9 @@ if [ ! -f "$picture" ] || [ ! -f "$picture420" ]; then
     mv "$picture.tmp.jpg" "$picture"
 fi
 
+only="${1:-}"
 for bench in build/bench/*_bench; do
+    [ "$only" != "--idle" ] || break
     [ -x "$bench" ] || continue
     echo "== $(basename "$bench") =="
     case "$(basename "$bench")" in
@@ -40,7 +44,7 @@ for bench in build/bench/*_bench; do
     esac
 done
 
-if [ "${1:-}" = "--native" ]; then
+if [ "$only" = "--native" ]; then
     exit 0
 fi
 
@@ -71,54 +75,115 @@ djpeg_best_ms() {
     echo "$best"
 }
 
-echo "== picture layer under Wine =="
-wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture")" 5
-wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture420")" 5
+if [ "$only" != "--idle" ]; then
+    echo "== picture layer under Wine =="
+    wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture")" 5
+    wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture420")" 5
 
-echo "== the list manager under Wine (a real LISTBOX) =="
-wine ./build/windows/manager_bench_win.exe
+    echo "== the list manager under Wine (a real LISTBOX) =="
+    wine ./build/windows/manager_bench_win.exe
 
-echo "== applying a wallpaper under Wine (frmMain's apply, beside djpeg -bmp) =="
-djpeg_first=$(djpeg_best_ms 5)
-wine ./build/windows/changer_bench_win.exe "$(windows_path "$picture")" "$(windows_path "$work/small")" 5 10000 |
-    tee "$work/changer.txt"
-djpeg_second=$(djpeg_best_ms 5)
-djpeg_ms=$(( djpeg_first < djpeg_second ? djpeg_first : djpeg_second ))
-apply_ms=$(sed -n 's/^apply best ms: //p' "$work/changer.txt")
-decode_ms=$(sed -n 's/^decode best ms: //p' "$work/changer.txt")
-echo "djpeg -bmp to a file, best ms: $djpeg_ms"
-awk -v a="$apply_ms" -v d="$djpeg_ms" -v w="$decode_ms" 'BEGIN {
-    printf "apply / djpeg: %.2fx (target 1.3x)\n", a / d
-    printf "of which decoding alone / djpeg: %.2fx\n", w / d
-}'
+    echo "== applying a wallpaper under Wine (frmMain's apply, beside djpeg -bmp) =="
+    djpeg_first=$(djpeg_best_ms 5)
+    wine ./build/windows/changer_bench_win.exe "$(windows_path "$picture")" "$(windows_path "$work/small")" 5 10000 |
+        tee "$work/changer.txt"
+    djpeg_second=$(djpeg_best_ms 5)
+    djpeg_ms=$(( djpeg_first < djpeg_second ? djpeg_first : djpeg_second ))
+    apply_ms=$(sed -n 's/^apply best ms: //p' "$work/changer.txt")
+    decode_ms=$(sed -n 's/^decode best ms: //p' "$work/changer.txt")
+    echo "djpeg -bmp to a file, best ms: $djpeg_ms"
+    awk -v a="$apply_ms" -v d="$djpeg_ms" -v w="$decode_ms" 'BEGIN {
+        printf "apply / djpeg: %.2fx (target 1.3x)\n", a / d
+        printf "of which decoding alone / djpeg: %.2fx\n", w / d
+    }'
+fi
 
-# Resident memory (kB) of a Linux process by kind. The private dirty pages are the ones only this process
-# holds and wrote: the nearest to Windows' private working set. Private clean pages are file pages only
-# this process happens to map (a DLL no other program loaded), which Windows would count as shareable.
+# The memory of a Linux process by kind (MB). The private dirty pages are the ones only this process holds
+# and wrote: the nearest to Windows' private working set. Private clean pages are file pages only this
+# process happens to map (its own copy of the exe, a DLL no other program loaded), which Windows would
+# count as shareable.
 memory_of() {
     awk '/^Private_Dirty:/ { d = $2 } /^Private_Clean:/ { c = $2 } /^Rss:/ { r = $2 }
-         END { printf "private dirty %6d kB, private clean %6d kB, resident %6d kB", d, c, r }' \
+         END { printf "%5.2f MB  (private clean %4.2f MB, resident %5.2f MB)", d / 1024, c / 1024, r / 1024 }' \
         "/proc/$1/smaps_rollup"
 }
 
-echo "== idle working set in the tray =="
-prog="$work/program"
-mkdir "$prog"
-cp build/windows/tessaline.exe build/windows/idle_reference_win.exe "$prog/"
-printf '%s\t0\r\n%s\t3\r\n' "$(windows_path "$picture")" "$(windows_path "$work/small/small.png")" >"$prog/idle.wall"
-printf '[Tessaline]\r\nDelay=1\r\nMode=2\r\nAutomaticShowOnDesktop=True\r\nLastList=%s\r\nOutputPath=%s\r\n' \
-    "$(windows_path "$prog/idle.wall")" "$(windows_path "$prog/tl_current.bmp")" >"$prog/setup.pref"
-wine "$prog/tessaline.exe" &
-program_pid=$!
-for _ in $(seq 1 100); do
-    [ -f "$prog/tl_current.bmp" ] && break
-    sleep 0.2
+# The CPU time (ns) and the wake-ups (voluntary context switches) of all a process's threads so far.
+cpu_ns_of() {
+    cat /proc/"$1"/task/*/schedstat 2>/dev/null | awk '{ t += $1 } END { printf "%d", t }'
+}
+wakeups_of() {
+    cat /proc/"$1"/task/*/status 2>/dev/null | awk '/^voluntary_ctxt_switches:/ { n += $2 } END { printf "%d", n }'
+}
+
+# Starts Tessaline in the tray from a program directory of its own with a list of one picture, which it
+# applies at start (orientation $3); with Delay=60 nothing else should happen for an hour. Prints the pid.
+start_tessaline() {
+    local dir="$work/idle-$1" picture=$2 orientation=$3
+    mkdir "$dir"
+    cp build/windows/tessaline.exe "$dir/"
+    # Written back now, or the pages of the mapped image would count as dirty.
+    sync "$dir/tessaline.exe"
+    printf '%s\t%s\r\n' "$(windows_path "$picture")" "$orientation" >"$dir/idle.wall"
+    printf '[Tessaline]\r\nDelay=60\r\nMode=1\r\nAutomaticShowOnDesktop=True\r\nLastList=%s\r\nOutputPath=%s\r\n' \
+        "$(windows_path "$dir/idle.wall")" "$(windows_path "$dir/tl_current.bmp")" >"$dir/setup.pref"
+    wine "$dir/tessaline.exe" >/dev/null 2>&1 &
+    echo $!
+}
+
+# Waits until the program started from idle-$1 has written its bitmap, and a little more.
+wait_applied() {
+    for _ in $(seq 1 150); do
+        [ -s "$work/idle-$1/tl_current.bmp" ] && break
+        sleep 0.2
+    done
+    [ -s "$work/idle-$1/tl_current.bmp" ] || echo "($1: no tl_current.bmp after 30 s)"
+    sleep 2
+}
+
+echo "== idle in the tray =="
+refs="$work/references"
+mkdir "$refs"
+cp build/windows/idle_reference_win.exe build/windows/idle_fair_reference_win.exe "$refs/"
+# Common controls 6 for the fair reference, as tessaline.exe's own manifest asks for them.
+cp app/tessaline.manifest "$refs/idle_fair_reference_win.exe.manifest"
+sync "$refs"/*
+declare -A pid label
+label[small]="Tessaline after applying a 64 x 48 JPEG"
+pid[small]=$(start_tessaline small "$work/small/small.jpg" 0)
+wait_applied small
+label[large]="Tessaline after applying the 24-megapixel JPEG"
+pid[large]=$(start_tessaline large "$picture" 0)
+wait_applied large
+label[scaled]="Tessaline after the 24-megapixel JPEG, Scale"
+pid[scaled]=$(start_tessaline scaled "$picture" 3)
+wait_applied scaled
+label[fair]="fair reference (same DLLs, a tray icon, a font)"
+wine "$refs/idle_fair_reference_win.exe" >"$work/fair.txt" 2>/dev/null &
+pid[fair]=$!
+label[bare]="bare Win32 reference (a window, a message loop)"
+wine "$refs/idle_reference_win.exe" >/dev/null 2>&1 &
+pid[bare]=$!
+sleep 8 # the last apply's aftermath and the references' start settle
+order="small large scaled fair bare"
+declare -A cpu0 wake0
+for k in $order; do
+    cpu0[$k]=$(cpu_ns_of "${pid[$k]}")
+    wake0[$k]=$(wakeups_of "${pid[$k]}")
 done
-sleep 8  # the 24-megapixel picture applied, then idle
-wine "$prog/idle_reference_win.exe" &
-reference_pid=$!
-sleep 8
-echo "Tessaline in the tray, after applying the 24-megapixel picture:"
-echo "    $(memory_of "$program_pid")"
-echo "a trivial Win32 program (one hidden window and a message loop):"
-echo "    $(memory_of "$reference_pid")"
+sleep 10
+echo "private working set (private dirty pages of the Wine process; target 3 MB), then what 10 s in the tray"
+echo "between wallpaper changes cost (Tessaline's own 1-second transTimer ticks ten times in them):"
+for k in $order; do
+    if [ ! -d "/proc/${pid[$k]}" ]; then
+        printf '%-48s not running\n' "${label[$k]}:"
+        continue
+    fi
+    cpu=$(cpu_ns_of "${pid[$k]}")
+    wake=$(wakeups_of "${pid[$k]}")
+    printf '%-48s %s\n' "${label[$k]}:" "$(memory_of "${pid[$k]}")"
+    threads=(/proc/"${pid[$k]}"/task/*)
+    awk -v c=$((cpu - cpu0[$k])) -v w=$((wake - wake0[$k])) -v n=${#threads[@]} \
+        'BEGIN { printf "%-48s CPU %.1f ms, %d wake-ups, %d thread(s)\n", "    10 s idle:", c / 1e6, w, n }'
+done
+sed 's/^/    /' "$work/fair.txt"

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
+#include <memory_resource>
 #include <random>
 
+#include "base/page_memory.h"
 #include "lists/jpeg_reference.h"
 
 namespace tl::test {
@@ -124,6 +127,50 @@ std::vector<uint8_t> join(std::initializer_list<std::vector<uint8_t>> parts) {
 
 const std::vector<uint8_t> kSoi = {0xFF, 0xD8};
 const std::vector<uint8_t> kEoi = {0xFF, 0xD9};
+
+// The heap, counting what is taken and not yet given back.
+class CountingMemory final : public std::pmr::memory_resource {
+  public:
+    int allocations = 0;
+    size_t outstanding = 0;
+    size_t largest = 0;
+
+  private:
+    void* do_allocate(size_t bytes, size_t alignment) override {
+        ++allocations;
+        outstanding += bytes;
+        largest = std::max(largest, bytes);
+        return std::pmr::new_delete_resource()->allocate(bytes, alignment);
+    }
+    void do_deallocate(void* p, size_t bytes, size_t alignment) override {
+        outstanding -= bytes;
+        std::pmr::new_delete_resource()->deallocate(p, bytes, alignment);
+    }
+    bool do_is_equal(const std::pmr::memory_resource& other) const noexcept override { return this == &other; }
+};
+
+TEST(JpegDecoder, TakesItsScratchFromTheMemoryItIsGivenAndGivesItAllBack) {
+    REQUIRE_JPEG_TOOLS();
+    TempDir dir;
+    const std::vector<uint8_t> jpeg = encodeJpeg(dir, testPicture(300, 200), "-sample 2x2");
+    const JpegHeader header = readJpegHeader(jpeg);
+    ASSERT_TRUE(header.handled);
+    const size_t size = jpegBmpRowBytes(header.width) * static_cast<size_t>(header.height);
+    std::vector<uint8_t> fromHeap(size);
+    ASSERT_EQ(decodeJpeg(jpeg, fromHeap, JpegOptions{1}), JpegResult::decoded);
+    for (const int threads : {1, 2}) {
+        SCOPED_TRACE(threads);
+        CountingMemory counting;
+        std::vector<uint8_t> counted(size);
+        ASSERT_EQ(decodeJpeg(jpeg, counted, JpegOptions{threads, &counting}), JpegResult::decoded);
+        EXPECT_GE(counting.largest, kPageBytes) << "the row buffers came from elsewhere";
+        EXPECT_EQ(counting.outstanding, 0u);
+        EXPECT_EQ(counted, fromHeap);
+        std::vector<uint8_t> paged(size);
+        ASSERT_EQ(decodeJpeg(jpeg, paged, JpegOptions{threads, &pageMemory()}), JpegResult::decoded);
+        EXPECT_EQ(paged, fromHeap);
+    }
+}
 
 TEST(JpegDecoder, ReadsTheSizeFromTheHeaders) {
     REQUIRE_JPEG_TOOLS();
