@@ -13,7 +13,7 @@ target_compile_options(tessaline_posix PRIVATE ${TL_WARNINGS})
 find_package(GTest REQUIRED)
 file(GLOB_RECURSE TL_UNIT_TESTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/unit/*.cpp")
 add_executable(unit_tests ${TL_UNIT_TESTS})
-target_include_directories(unit_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/unit)
+target_include_directories(unit_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/unit ${CMAKE_SOURCE_DIR}/tests)
 target_link_libraries(unit_tests PRIVATE tessaline_posix GTest::gtest GTest::gtest_main GTest::gmock)
 target_compile_options(unit_tests PRIVATE ${TL_WARNINGS} -Wno-sign-conversion)
 

@@ -72,7 +72,7 @@ endif()
 
 file(GLOB_RECURSE TL_WIN_TESTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/win/*.cpp")
 add_executable(win_tests ${TL_WIN_TESTS} ${TL_RC})
-target_include_directories(win_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/win)
+target_include_directories(win_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/win ${CMAKE_SOURCE_DIR}/tests)
 target_link_libraries(win_tests PRIVATE tessaline_win gtest gmock gtest_main)
 target_compile_options(win_tests PRIVATE ${TL_WARNINGS} -Wno-sign-conversion)
 target_link_options(win_tests PRIVATE ${TL_EXE_LINK})

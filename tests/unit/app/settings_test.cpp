@@ -7,6 +7,7 @@
 #include "app/ini_profile.h"
 #include "app/startup.h"
 #include "base/file_system_posix.h"
+#include "shared/default_settings_file.h"
 #include "support/fake_ui.h"
 #include "support/temp_dir.h"
 
@@ -42,39 +43,8 @@ protected:
 
 TEST_F(SettingsFile, FirstRunWritesEveryKeyInOrderWithItsDefault) {
     load();
-    const std::string d = dir.path();
-    const std::vector<std::string> expected = {
-        "[Tessaline]",
-        "AutomaticShutdown=False",
-        "OutputPath=" + d + "\\tl_current.bmp",
-        "DefaultOrientation=0",
-        "Delay=1",
-        "LastList=" + d + "\\MyWallpapers.wall",
-        "Mode=1",
-        "PreviewLeft=0",
-        "PreviewTop=0",
-        "PreviewMode=0",
-        "MainMode=0",
-        "AutomaticShowOnDesktop=True",
-        "AutoSortFolder=True",
-        "DefaultAddOrientation=0",
-        "CheckForDuplicates=True",
-        "RatioTolerance=0.25",
-        "HalfRatio=1.5",
-        "UseActiveDesktop=False",
-        "SmartSwitch=False",
-        "IconTextColour=0",
-        "TransText=False",
-        "ScreenSaver=-1",
-        "WallpaperDirectory=" + d + "\\",
-        "TrapIEWallpaper=True",
-        "UseTracker=True",
-        "HotKey=83",
-        "HotKeyMod=3",
-        "HideDesktopIcons=False",
-    };
-    EXPECT_EQ(fileLines(), expected);
-    EXPECT_EQ(app.listPath, d + "\\MyWallpapers.wall");
+    EXPECT_EQ(fileLines(), test::defaultSettingsFile(dir.path()));
+    EXPECT_EQ(app.listPath, dir.path() + "\\MyWallpapers.wall");
     EXPECT_TRUE(ui.messages.empty());
 }
 

@@ -1,17 +1,12 @@
 // The real program's panel: restored from the tray, its list, preview and facts, the clicks on its lines,
 // and its remove and delete buttons on real files.
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <optional>
-#include <string>
-#include <vector>
 
 #include "base/window_win.h"
 #include "changer/commands.h"
-#include "changer/program_on_panel.h"
+#include "support/program_test.h"
 
 namespace tl::wintest {
 namespace {
@@ -24,24 +19,11 @@ double shareOfColour(HWND window, unsigned colour) {
     int close = 0;
     int all = 0;
     for (int y = r.top; y < r.bottom; y += 2) {
-        for (int x = r.left; x < r.right; x += 2) {
+        for (int x = r.left; x < r.right; x += 2, ++all) {
             close += closeColour(shot.pixel(x, y), colour, 40) ? 1 : 0;
-            ++all;
         }
     }
     return all == 0 ? 0.0 : static_cast<double>(close) / all;
-}
-
-// The selected lines of another process's list box.
-std::vector<int> selectedLines(HWND list) {
-    std::vector<int> lines;
-    const auto count = ::SendMessageA(list, LB_GETCOUNT, 0, 0);
-    for (int i = 0; i < count; ++i) {
-        if (::SendMessageA(list, LB_GETSEL, static_cast<WPARAM>(i), 0) > 0) {
-            lines.push_back(i);
-        }
-    }
-    return lines;
 }
 
 bool visible(HWND window) {
@@ -71,17 +53,10 @@ class ScalingGuard {
     bool had_ = false;
 };
 
-RECT rectIn(HWND form, HWND control) {
-    RECT r{};
-    ::GetWindowRect(control, &r);
-    ::MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&r), 2);
-    return r;
-}
+using Panel = ProgramTest;
+class PanelScaling : public ProgramTest, public ::testing::WithParamInterface<int> {};
 
-class Panel : public ProgramOnPanel {};
-class PanelScaling : public ProgramOnPanel, public ::testing::WithParamInterface<int> {};
-
-TEST_P(PanelScaling, RestoredFromTheTrayItShowsTheListAndTheWallpaperOnShow) {
+TEST_P(PanelScaling, RestoredFromTheTrayItShowsTheListThePreviewAndTheFacts) {
     const int dpi = GetParam();
     write({{"red.bmp", "bmp", 640, 480, 0xCC3300}, {"blue.jpg", "jpg", 300, 200, 0x3366CC}});
     std::optional<ScalingGuard> scaling;
@@ -96,42 +71,43 @@ TEST_P(PanelScaling, RestoredFromTheTrayItShowsTheListAndTheWallpaperOnShow) {
 
     HWND list = ::GetDlgItem(form, idList1);
     EXPECT_EQ(listLines(list), paths);
-    EXPECT_EQ(selectedLines(list), std::vector<int>{0});
-    HWND orType = ::GetDlgItem(form, idOrType);
-    EXPECT_TRUE(visible(orType));
-    EXPECT_EQ(chosenItem(orType), "Center");
-    for (int id : {idLabel1, idLabel2, idLabel3, idFsize, idFdate, idDimensions, idPrevFrame, idPreview}) {
-        EXPECT_TRUE(visible(::GetDlgItem(form, id))) << "control " << id;
+    EXPECT_GT(::SendMessageA(list, LB_GETSEL, 0, 0), 0) << "the line on show is selected";
+    EXPECT_EQ(chosenItem(::GetDlgItem(form, idOrType)), "Center");
+    const std::pair<int, const char*> texts[] = {{idLabel1, "Filesize:"},
+                                                 {idLabel2, "Date:"},
+                                                 {idLabel3, "Dimensions:"},
+                                                 {idDimensions, "640 x 480 pixels"},
+                                                 {idFsize, "900 KB"}};
+    for (const auto& [id, text] : texts) {
+        EXPECT_TRUE(visible(::GetDlgItem(form, id))) << text;
+        EXPECT_EQ(windowText(::GetDlgItem(form, id)), text);
     }
-    EXPECT_EQ(windowText(::GetDlgItem(form, idLabel1)), "Filesize:");
-    EXPECT_EQ(windowText(::GetDlgItem(form, idLabel2)), "Date:");
-    EXPECT_EQ(windowText(::GetDlgItem(form, idLabel3)), "Dimensions:");
-    EXPECT_EQ(windowText(::GetDlgItem(form, idDimensions)), "640 x 480 pixels");
-    EXPECT_EQ(windowText(::GetDlgItem(form, idFsize)), "900 KB");
     EXPECT_FALSE(windowText(::GetDlgItem(form, idFdate)).empty());
     for (int id : {idImage5, idImage1, idImage4, idImage3, idImage2}) {
-        HWND button = ::GetDlgItem(form, id);
-        EXPECT_TRUE(visible(button)) << "button " << id;
-        EXPECT_NE(::SendMessageA(button, BM_GETIMAGE, IMAGE_ICON, 0), 0) << "button " << id << " has no icon";
+        EXPECT_NE(::SendMessageA(::GetDlgItem(form, id), BM_GETIMAGE, IMAGE_ICON, 0), 0) << "button " << id;
     }
     // The picture is a chequer of its colour and light grey.
-    EXPECT_GT(shareOfColour(::GetDlgItem(form, idPreview), 0xCC3300), 0.3) << "the preview does not show the picture";
-    ScreenShot().save(buildDirectory() + "\\panel-" + std::to_string(dpi) + "dpi.bmp");
+    EXPECT_GT(shareOfColour(::GetDlgItem(form, idPreview), 0xCC3300), 0.3) << "the preview does not show it";
+    ScreenShot().save("panel-" + std::to_string(dpi) + "dpi.bmp");
 
-    // Every control lies whole in the panel, the row under the list apart from it and from each other.
+    // Every control lies whole in the panel, apart from each other.
     RECT client{};
     ::GetClientRect(form, &client);
     EXPECT_GE(client.right, MulDiv(540, dpi, 96)) << "the panel is not sized for the scaling";
-    std::vector<RECT> row;
+    std::vector<RECT> placed;
     for (int id : {idList1, idOrType, idPrevFrame, idPreview, idImage5, idImage1, idImage4, idImage3, idImage2}) {
-        const RECT r = rectIn(form, ::GetDlgItem(form, id));
+        HWND control = ::GetDlgItem(form, id);
+        EXPECT_TRUE(visible(control)) << "control " << id;
+        RECT r{};
+        ::GetWindowRect(control, &r);
+        ::MapWindowPoints(nullptr, form, reinterpret_cast<POINT*>(&r), 2);
         EXPECT_TRUE(r.left >= 0 && r.top >= 0 && r.right <= client.right && r.bottom <= client.bottom)
             << "control " << id << " is cut off";
-        for (const RECT& other : row) {
+        for (const RECT& other : placed) {
             RECT both{};
             EXPECT_FALSE(::IntersectRect(&both, &r, &other)) << "control " << id << " overlaps another";
         }
-        row.push_back(r);
+        placed.push_back(r);
     }
 
     // Minimised, the program goes back to the tray alone.
@@ -160,7 +136,7 @@ TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
                           {"Scale", "3", "0", "0", 1024, 768},
                           {"Center", "0", "0", "0", 120, 90}};
     for (const Step& step : steps) {
-        ::Sleep(::GetDoubleClickTime() + 100);  // a second click, not a double click
+        pause(milliseconds(::GetDoubleClickTime() + 100));  // a second click, not a double click
         ASSERT_TRUE(clickAt(lineCentre(list, 0)));
         EXPECT_TRUE(waitFor([&] { return chosenItem(orType) == step.name; })) << step.name;
         EXPECT_TRUE(waitFor([&] {
@@ -175,12 +151,12 @@ TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
 }
 
 // Answers the shell's question about a file as the user would; false when none came.
-bool answerTheShell(const RunningProgram& program, int answer, std::chrono::milliseconds timeout) {
-    HWND question = program.waitForWindow("#32770", "Confirm file deletion", timeout, true);
+bool answerTheShell(const RunningProgram& program, int answer, milliseconds timeout) {
+    HWND question = program.waitForWindow("#32770", "Confirm file deletion", timeout);
     if (!question) {
         return false;
     }
-    RunningProgram::pressButton(question, answer);
+    pressButton(question, answer);
     return waitFor([&] { return !::IsWindow(question); }, seconds(5));
 }
 
@@ -195,17 +171,16 @@ bool inTheTrash(const std::string& folderName, const std::string& fileName) {
     }
     info += "\\.local\\share\\Trash\\info\\";
     WIN32_FIND_DATAA found{};
-    HANDLE search = ::FindFirstFileA((info + "*.trashinfo").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) {
-        return false;
-    }
+    unique_hfind search(::FindFirstFileA((info + "*.trashinfo").c_str(), &found));
     bool there = false;
-    do {
+    while (search && !there) {
         std::ifstream file(info + found.cFileName);
         const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-        there = there || text.find("/" + folderName + "/" + fileName) != std::string::npos;
-    } while (::FindNextFileA(search, &found));
-    ::FindClose(search);
+        there = text.find("/" + folderName + "/" + fileName) != std::string::npos;
+        if (!::FindNextFileA(search.get(), &found)) {
+            break;
+        }
+    }
     return there;
 }
 
@@ -220,7 +195,6 @@ TEST_F(Panel, RemoveKeepsTheFileWhileDeleteRecyclesOrDeletesItAsTheKeysSay) {
     HWND form = startOnThePanel(tl, 60, 48);
     ASSERT_NE(form, nullptr) << "the panel did not come up";
     HWND list = ::GetDlgItem(form, idList1);
-    const POINT remove = centreOf(::GetDlgItem(form, idImage3));
     const POINT del = centreOf(::GetDlgItem(form, idImage2));
     const std::string folder = dir.path().substr(dir.path().rfind('\\') + 1);
     const auto listed = [&](const std::string& name) {
@@ -232,7 +206,7 @@ TEST_F(Panel, RemoveKeepsTheFileWhileDeleteRecyclesOrDeletesItAsTheKeysSay) {
 
     // Remove: the line goes, the file stays, and the next line is applied.
     ASSERT_TRUE(clickAt(lineCentre(list, 1)) && shows('b'));
-    ASSERT_TRUE(clickAt(remove));
+    clickButton(::GetDlgItem(form, idImage3));
     EXPECT_TRUE(shows('c'));
     EXPECT_FALSE(listed("b.bmp")) << "Remove left the line";
     EXPECT_TRUE(dir.exists("b.bmp"));
@@ -269,21 +243,12 @@ TEST_F(Panel, RemoveKeepsTheFileWhileDeleteRecyclesOrDeletesItAsTheKeysSay) {
     EXPECT_FALSE(answerTheShell(tl, IDYES, milliseconds(300))) << "Ctrl must not ask";
     EXPECT_FALSE(inTheTrash(folder, "e.bmp"));
 
-    ASSERT_TRUE(chooseTrayMenuItem(form, trayMenuCaptions(), "Quit"));
-    ASSERT_TRUE(tl.hasExited(seconds(10)));
-    EXPECT_EQ(dir.lines("MyWallpapers.wall"), std::vector<std::string>{dir.file("a.bmp") + "\t0"});
-}
-
-TEST_F(Panel, TheManagerButtonWritesTheListAndHandsItOver) {
-    write({{"a.bmp", "bmp", 64, 48, 0xCC3300}});
-    RunningProgram tl(dir);
-    HWND form = startOnThePanel(tl, 64, 48);
-    ASSERT_NE(form, nullptr) << "the panel did not come up";
-    ::DeleteFileA(list().c_str());
-    ASSERT_TRUE(clickAt(centreOf(::GetDlgItem(form, idImage1))));
-    EXPECT_NE(tl.waitForWindow("TessalineManager", nullptr, seconds(10), true), nullptr) << "no manager";
+    // The manager button writes the list and hands it over.
+    ::DeleteFileA(listFile().c_str());
+    clickButton(::GetDlgItem(form, idImage1));
+    EXPECT_NE(tl.waitForWindow("TessalineManager"), nullptr) << "no manager";
     EXPECT_TRUE(waitFor([&] { return tl.window("TessalineMain") == nullptr; })) << "frmMain stayed loaded";
-    EXPECT_EQ(dir.lines("MyWallpapers.wall"), std::vector<std::string>{paths[0] + "\t0"}) << "the list is written";
+    EXPECT_EQ(dir.lines("MyWallpapers.wall"), std::vector<std::string>{dir.file("a.bmp") + "\t0"});
 }
 
 }  // namespace

@@ -1,32 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <chrono>
-#include <thread>
-
-#include "../../unit/support/list_box_contract.h"
 #include "base/unique_handle_win.h"
 #include "lists/list_box_win.h"
 #include "lists/list_tools_win.h"
-#include "support/program_dir.h"
+#include "unit/support/list_box_contract.h"
 
 namespace tl::wintest {
 namespace {
 
 // A plain top-level window to hold the controls of a test.
 struct Host {
-    unique_hwnd window{::CreateWindowExA(0,
-                                         "STATIC",
-                                         "list test",
-                                         WS_OVERLAPPEDWINDOW,
-                                         0,
-                                         0,
-                                         400,
-                                         300,
-                                         nullptr,
-                                         nullptr,
-                                         nullptr,
-                                         nullptr)};
+    Host() {
+        window.reset(::CreateWindowExA(0, "STATIC", "list", WS_OVERLAPPEDWINDOW, 0, 0, 400, 300, nullptr, nullptr,
+                                       nullptr, nullptr));
+    }
+    unique_hwnd window;
     HWND add(const char* className, DWORD style) const {
         return ::CreateWindowExA(0, className, "", WS_CHILD | WS_VISIBLE | style, 0, 0, 200, 200, window.get(), nullptr,
                                  nullptr, nullptr);
@@ -74,7 +62,7 @@ TEST(ListControls, FindListItemAsksListAndComboBoxesOnly) {
     EXPECT_EQ(findListItem(host.window.get(), "x", -1, false), 0);
 }
 
-TEST(ListControls, TheListBoxViewKeepsTheContractTheFakeShows) {
+TEST(ListControls, TheListBoxViewKeepsTheContractTheFakeShowsAndAppendsEvenToASortedBox) {
     Host host;
     Win32ListBox single(host.add("LISTBOX", LBS_NOTIFY));
     ASSERT_FALSE(single.multiSelect());
@@ -82,99 +70,11 @@ TEST(ListControls, TheListBoxViewKeepsTheContractTheFakeShows) {
     Win32ListBox multi(host.add("LISTBOX", LBS_NOTIFY | LBS_EXTENDEDSEL));
     ASSERT_TRUE(multi.multiSelect());
     test::checkListBoxContract(multi, true);
-}
-
-TEST(ListControls, TheListBoxViewAppendsEvenToASortedBox) {
-    Host host;
-    Win32ListBox box(host.add("LISTBOX", LBS_SORT | LBS_EXTENDEDSEL));
-    box.add("b");
-    box.add("a");
-    EXPECT_EQ(box.text(0), "b");
-    EXPECT_EQ(box.text(1), "a");
-}
-
-// Answers the shell's question from another thread the way a user would, and remembers that it was asked.
-class QuestionAnswerer {
-  public:
-    explicit QuestionAnswerer(int button) : button_(button), thread_([this] { run(); }) {}
-    ~QuestionAnswerer() {
-        stop_ = true;
-        thread_.join();
-    }
-    bool asked() const { return asked_; }
-
-  private:
-    void run() {
-        while (!stop_) {
-            HWND found = nullptr;
-            ::EnumWindows(
-                [](HWND w, LPARAM out) -> BOOL {
-                    DWORD pid = 0;
-                    char cls[16] = {};
-                    ::GetWindowThreadProcessId(w, &pid);
-                    ::GetClassNameA(w, cls, sizeof cls);
-                    if (pid == ::GetCurrentProcessId() && std::string(cls) == "#32770" && ::IsWindowVisible(w)) {
-                        *reinterpret_cast<HWND*>(out) = w;
-                        return FALSE;
-                    }
-                    return TRUE;
-                },
-                reinterpret_cast<LPARAM>(&found));
-            if (found) {
-                asked_ = true;
-                ::PostMessageA(found, WM_COMMAND, static_cast<WPARAM>(button_), 0);
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        }
-    }
-
-    int button_;
-    std::atomic<bool> stop_{false};
-    std::atomic<bool> asked_{false};
-    std::thread thread_;
-};
-
-TEST(ListControls, RemoveFileFromDiskWithoutTheShellDeletesAtOnce) {
-    ProgramDir dir(false);
-    dir.write("a.jpg", "x");
-    EXPECT_TRUE(removeFileFromDisk(dir.file("a.jpg"), false, false));
-    EXPECT_FALSE(dir.exists("a.jpg"));
-    dir.write("b.jpg", "x");
-    EXPECT_TRUE(removeFileFromDisk(dir.file("b.jpg"), true, false)) << "the recycle flag means nothing here";
-    EXPECT_FALSE(dir.exists("b.jpg"));
-    EXPECT_TRUE(removeFileFromDisk(dir.file("missing.jpg"), false, false)) << "the plain delete always says yes";
-}
-
-TEST(ListControls, RemoveFileFromDiskThroughTheShellAsksAndTellsWhetherTheFileIsGone) {
-    ProgramDir dir(false);
-    dir.write("keep.jpg", "x");
-    {
-        QuestionAnswerer no(IDNO);
-        EXPECT_FALSE(removeFileFromDisk(dir.file("keep.jpg"), false, true));
-        EXPECT_TRUE(no.asked()) << "the shell asks before deleting for good";
-    }
-    EXPECT_TRUE(dir.exists("keep.jpg"));
-
-    dir.write("gone.jpg", "x");
-    {
-        QuestionAnswerer yes(IDYES);
-        EXPECT_TRUE(removeFileFromDisk(dir.file("gone.jpg"), false, true));
-    }
-    EXPECT_FALSE(dir.exists("gone.jpg"));
-}
-
-TEST(ListControls, RemoveFileFromDiskToTheRecycleBin) {
-    // Wine sends the file to the desktop's trash when it has one, asking first as Windows does; either
-    // way the answer must match what is on disk.
-    ProgramDir dir(false);
-    dir.write("old.jpg", "x");
-    bool gone = false;
-    {
-        QuestionAnswerer yes(IDYES);
-        gone = removeFileFromDisk(dir.file("old.jpg"), true, true);
-    }
-    EXPECT_EQ(gone, !dir.exists("old.jpg"));
-    EXPECT_TRUE(gone) << "the file was neither recycled nor deleted";
+    Win32ListBox sorted(host.add("LISTBOX", LBS_SORT | LBS_EXTENDEDSEL));
+    sorted.add("b");
+    sorted.add("a");
+    EXPECT_EQ(sorted.text(0), "b");
+    EXPECT_EQ(sorted.text(1), "a");
 }
 
 }  // namespace
