@@ -93,10 +93,10 @@ std::optional<Picture> loadJpeg(const std::wstring& path) {
     if (!picture) {
         return std::nullopt;
     }
-    // One thread: a 24-megapixel photo decodes in well under the time the desktop takes to show it, while a
-    // second one would cost about a megabyte for good under Wine, which keeps the stacks of the last thread
-    // that ended until another one ends.
-    const JpegOptions options{1, &pageMemory()};
+    // A second thread pays for itself from a megapixel or so, and roughly halves the decode of a 24-megapixel
+    // photo. Under Wine it costs a megabyte of idle memory, which Wine keeps for the last thread that ended
+    // (a smaller stack doesn't change that); Windows gives it back.
+    const JpegOptions options{static_cast<int64_t>(header.width) * header.height >= 1000000 ? 2 : 1, &pageMemory()};
     if (decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options) != JpegResult::decoded) {
         return std::nullopt;
     }
