@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <sstream>
+
 #include "app/app_state.h"
 #include "app/ini_profile.h"
 #include "base/file_system_posix.h"
@@ -17,15 +19,10 @@ class SettingsFile : public testing::Test {
     SettingsFile() : profile(fs, dir.file("setup.pref")) { app.programDir = dir.path(); }
 
     std::vector<std::string> fileLines() {
+        std::istringstream text(dir.read("setup.pref"));
         std::vector<std::string> lines;
-        std::string text = dir.read("setup.pref"), line;
-        for (char c : text) {
-            if (c == '\n') {
-                lines.push_back(line);
-                line.clear();
-            } else if (c != '\r') {
-                line += c;
-            }
+        for (std::string line; std::getline(text, line);) {
+            lines.push_back(line.substr(0, line.find('\r')));
         }
         return lines;
     }

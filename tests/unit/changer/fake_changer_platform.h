@@ -68,15 +68,10 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
         fs.writeNewFile(path, bmpHeader(shownSize.first, shownSize.second));
         return true;
     }
-    bool scaleImageFile(const std::string& source,
-                        const std::string& target,
-                        double factor,
-                        int32_t height,
-                        int32_t width,
-                        bool loadScaled) override {
-        log.push_back("scale " + std::to_string(width) + "x" + std::to_string(height) +
-                      (loadScaled ? "" : " unscaled"));
-        lastScale = {source, target, factor, height, width};
+    bool scaleImageFile(const std::string& from, const std::string& to, double f, int32_t h, int32_t w, bool loadScaled)
+        override {
+        log.push_back("scale " + std::to_string(w) + "x" + std::to_string(h) + (loadScaled ? "" : " unscaled"));
+        lastScale = {from, to, f, h, w};
         return true;
     }
     void releasePicture() override {}

@@ -135,16 +135,6 @@ TEST(JpegPixels, FastUpsamplingMatchesThePlainOne) {
     }
 }
 
-TEST(JpegPixels, UpsamplingWeighsTheNearerSampleThreeToOne) {
-    const uint8_t in[] = {0, 100, 200};
-    uint8_t out[6] = {};
-    upsampleH2V1(in, 3, out);
-    EXPECT_EQ(std::vector<uint8_t>(out, out + 6), (std::vector<uint8_t>{0, 25, 75, 125, 175, 200}));
-    const uint8_t below[] = {40, 40, 40};
-    upsampleH1V2(in, below, 3, true, out);
-    EXPECT_EQ(std::vector<uint8_t>(out, out + 3), (std::vector<uint8_t>{10, 85, 160}));
-}
-
 TEST(JpegPixels, FastColourConversionMatchesThePlainOne) {
     std::vector<uint8_t> cr(256);
     for (int i = 0; i < 256; ++i) {
@@ -172,29 +162,6 @@ TEST(JpegPixels, FastColourConversionMatchesThePlainOne) {
         yccToBgrPlain(y.data(), cb.data(), r.data(), width, plain.data());
         ASSERT_EQ(fast, plain) << "width " << width << " (nothing written past the row either)";
     }
-}
-
-TEST(JpegPixels, ColourConversionFollowsJfif) {
-    struct Case {
-        uint8_t y, cb, cr;
-        std::array<uint8_t, 3> bgr;
-    };
-    const Case cases[] = {
-        {128, 128, 128, {128, 128, 128}},  // grey stays grey
-        {76, 85, 255, {0, 0, 254}},        // red, rounded as JFIF's formula gives it
-        {150, 44, 21, {1, 255, 0}},        // green
-        {29, 255, 107, {254, 0, 0}},       // blue
-        {255, 255, 255, {255, 121, 255}},  // out of gamut: clamped
-    };
-    for (const Case& c : cases) {
-        std::array<uint8_t, 3> out{};
-        yccToBgr(&c.y, &c.cb, &c.cr, 1, out.data());
-        EXPECT_EQ(out, c.bgr) << int{c.y} << "," << int{c.cb} << "," << int{c.cr};
-    }
-    const std::vector<uint8_t> grey = {0, 17, 255};
-    std::vector<uint8_t> out(9);
-    greyToBgr(grey.data(), 3, out.data());
-    EXPECT_EQ(out, (std::vector<uint8_t>{0, 0, 0, 17, 17, 17, 255, 255, 255}));
 }
 
 }  // namespace
