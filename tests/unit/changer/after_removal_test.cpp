@@ -8,7 +8,7 @@ namespace tl {
 namespace {
 
 class RecordingForm : public RemovalForm {
-public:
+  public:
     explicit RecordingForm(std::initializer_list<std::string> lines) : list(lines) {}
     ListBoxView& removalList() override { return list; }
     void clearPreview() override { log += "clear;"; }

@@ -8,210 +8,158 @@
 namespace tl::test {
 namespace {
 
-class Apply : public ::testing::Test, public ChangerFixture {
-  protected:
-    // A one-entry list with that orientation, loaded; the load's own apply is forgotten.
-    void loadOne(Orientation orientation, const std::string& path = "C:\\p\\sea.jpg") {
-        writeList({path + "\t" + std::to_string(orientation)});
-        loadQuietly();
-    }
-    std::vector<std::string> desktopCalls() const {
-        std::vector<std::string> out;
-        for (const auto& l : log.lines) {
-            if (l.rfind("reg ", 0) == 0 || l.rfind("spi ", 0) == 0 || l.rfind("activedesktop ", 0) == 0) {
-                out.push_back(l);
+const std::string kSea = "C:\\p\\sea.jpg";
+
+// The desktop calls in the log, with the output bitmap written as "$bmp".
+std::vector<std::string> desktopCalls(const ChangerFixture& f) {
+    std::vector<std::string> out;
+    for (std::string l : f.fake.log) {
+        if (l.rfind("reg ", 0) == 0 || l.rfind("spi ", 0) == 0 || l.rfind("activedesktop ", 0) == 0) {
+            if (const auto at = l.find(f.bitmap()); at != std::string::npos) {
+                l.replace(at, f.bitmap().size(), "$bmp");
             }
+            out.push_back(l);
         }
-        return out;
     }
-};
+    return out;
+}
 
-struct DesktopCase {
-    Orientation orientation;
-    bool activeDesktop;
-    bool showOnDesktop;
-    std::vector<std::string> expected;  // "$bmp" stands for the output bitmap
-    int saves;                          // saveCurrentBitmap calls
-};
+const std::vector<std::string> kCentred = {"reg WallpaperStyle=0", "reg TileWallpaper=0", "spi $bmp",
+                                           "reg Wallpaper=$bmp"};
 
-TEST_F(Apply, EachOrientationReachesTheDesktopAsItShould) {
-    const std::string pic = "C:\\p\\sea.jpg";
-    const DesktopCase cases[] = {
-        {kCenter, false, true, {"reg WallpaperStyle=0", "reg TileWallpaper=0", "spi $bmp", "reg Wallpaper=$bmp"}, 1},
+TEST(Apply, EachOrientationReachesTheDesktopAsItShould) {
+    const struct {
+        Orientation orientation;
+        bool activeDesktop;
+        bool showOnDesktop;
+        std::vector<std::string> expected;
+        int saves;  // saveCurrentBitmap calls
+    } cases[] = {
+        {kCenter, false, true, kCentred, 1},
         {kTile, false, true, {"reg WallpaperStyle=1", "reg TileWallpaper=1", "spi $bmp", "reg Wallpaper=$bmp"}, 1},
         {kStretch, false, true, {"reg WallpaperStyle=2", "reg TileWallpaper=0", "spi $bmp", "reg Wallpaper=$bmp"}, 1},
-        {kScale, false, true, {"reg WallpaperStyle=0", "reg TileWallpaper=0", "spi $bmp", "reg Wallpaper=$bmp"}, 1},
+        {kScale, false, true, kCentred, 1},
         // Without showing on the desktop the bitmap is still made, but the desktop is left alone.
         {kCenter, false, false, {}, 1},
         {kScale, false, false, {}, 1},
         // Active Desktop takes the entry's own file, and Scale's scaled bitmap; the option to show on the
         // desktop is not consulted.
-        {kCenter, true, true, {"activedesktop " + pic + " style 0 on"}, 0},
-        {kTile, true, false, {"activedesktop " + pic + " style 1 on"}, 0},
-        {kStretch, true, true, {"activedesktop " + pic + " style 2 on"}, 0},
+        {kCenter, true, true, {"activedesktop " + kSea + " style 0 on"}, 0},
+        {kTile, true, false, {"activedesktop " + kSea + " style 1 on"}, 0},
         {kScale, true, false, {"activedesktop $bmp style 0 on"}, 1},
     };
     for (const auto& c : cases) {
         ChangerFixture f;
         f.app.settings.UseActiveDesktop = c.activeDesktop;
         f.app.settings.AutomaticShowOnDesktop = c.showOnDesktop;
-        f.writeList({pic + "\t" + std::to_string(c.orientation)});
+        f.writeList({kSea + "\t" + std::to_string(c.orientation)});
         f.form.onLoad();
-        std::vector<std::string> expected;
-        for (auto e : c.expected) {
-            if (auto at = e.find("$bmp"); at != std::string::npos) {
-                e.replace(at, 4, f.bitmap());
-            }
-            expected.push_back(e);
-        }
-        std::vector<std::string> calls;
-        for (const auto& l : f.log.lines) {
-            if (l.rfind("reg ", 0) == 0 || l.rfind("spi ", 0) == 0 || l.rfind("activedesktop ", 0) == 0) {
-                calls.push_back(l);
-            }
-        }
         const std::string what = "orientation " + std::to_string(c.orientation) +
                                  (c.activeDesktop ? ", Active Desktop" : "") +
                                  (c.showOnDesktop ? ", shown on the desktop" : "");
-        EXPECT_EQ(calls, expected) << what;
-        EXPECT_EQ(f.log.count("save "), c.saves) << what;
-        EXPECT_EQ(f.log.count("scale "), c.orientation == kScale ? 1 : 0) << what;
-        EXPECT_EQ(f.form.previewTag(), pic) << "the tag holds the entry's path, never the bitmap: " << what;
-        EXPECT_EQ(f.tray.tip, "Tessaline - " + pic) << what;
+        EXPECT_EQ(desktopCalls(f), c.expected) << what;
+        EXPECT_EQ(f.fake.count("save "), c.saves) << what;
+        EXPECT_EQ(f.fake.count("scale "), c.orientation == kScale ? 1 : 0) << what;
+        EXPECT_EQ(f.form.previewTag(), kSea) << "the tag holds the entry's path, never the bitmap: " << what;
+        EXPECT_EQ(f.fake.tip, "Tessaline - " + kSea) << what;
     }
 }
 
-TEST_F(Apply, ScaleSizesThePictureToTheScreenAndCentresIt) {
-    struct Case {
+TEST(Apply, ScaleTakesThePicturesSizeFromTheEntryElseFromTheBitmapElseOneByOne) {
+    const struct {
+        bool storeFacts;
         int width, height;
+        int32_t scaledWidth, scaledHeight;
         double factor;
-    };
-    for (const Case c : {Case{800, 600, 1.28}, Case{2000, 500, 0.512}}) {
+    } cases[] = {{true, 800, 600, 800, 600, 1.28}, {false, 2000, 500, 2000, 500, 0.512}, {false, 0, 0, 1, 1, 768.0}};
+    for (const auto& c : cases) {
         ChangerFixture f;
-        f.pictures.sizes["C:\\p\\a.jpg"] = {c.width, c.height};
-        f.writeList({"C:\\p\\a.jpg\t3"});
+        f.fake.storeFacts = c.storeFacts;
+        f.fake.sizes[kSea] = {c.width, c.height};
+        f.writeList({kSea + "\t3"});
         f.form.onLoad();
-        EXPECT_DOUBLE_EQ(f.pictures.lastScale.factor, c.factor) << c.width << "x" << c.height;
-        EXPECT_EQ(f.pictures.lastScale.width, c.width);
-        EXPECT_EQ(f.pictures.lastScale.height, c.height);
-        EXPECT_EQ(f.pictures.lastScale.source, f.bitmap()) << "the loader reads the saved bitmap";
-        EXPECT_EQ(f.pictures.lastScale.target, f.bitmap());
-        EXPECT_EQ(f.log.count("scale " + std::to_string(c.width) + "x" + std::to_string(c.height)), 1)
+        EXPECT_DOUBLE_EQ(f.fake.lastScale.factor, c.factor) << c.width << "x" << c.height;
+        EXPECT_EQ(f.fake.lastScale.width, c.scaledWidth);
+        EXPECT_EQ(f.fake.lastScale.height, c.scaledHeight);
+        EXPECT_EQ(f.fake.lastScale.source, f.bitmap()) << "the loader reads the saved bitmap";
+        EXPECT_EQ(f.fake.lastScale.target, f.bitmap());
+        EXPECT_EQ(f.fake.matching("scale "), std::vector<std::string>{"scale " + std::to_string(c.scaledWidth) + "x" +
+                                                                      std::to_string(c.scaledHeight)})
             << "scaled once, with the loader resampling";
-        EXPECT_EQ(f.log.count("reg WallpaperStyle=0"), 1);
     }
 }
 
-TEST_F(Apply, ScaleReadsTheSizeFromTheBitmapWhenTheEntryHasNone) {
-    pictures.storeFacts = false;
-    pictures.sizes["C:\\p\\a.jpg"] = {2000, 500};
-    writeList({"C:\\p\\a.jpg\t3"});
-    form.onLoad();
-    EXPECT_EQ(pictures.lastScale.width, 2000);
-    EXPECT_EQ(pictures.lastScale.height, 500);
-    EXPECT_DOUBLE_EQ(pictures.lastScale.factor, 0.512);
+TEST(Apply, TheEntryOnShowIsReloadedOnlyWhenForcedAndRedrawnOnlyWhenItsOrientationChanged) {
+    const struct {
+        const char* what;
+        Orientation applied, now;
+        bool force, activeDesktop;
+        std::vector<std::string> calls;
+        int loads, saves;
+    } cases[] = {
+        {"the same again: only Wallpaper is written", kTile, kTile, false, false, {"reg Wallpaper=$bmp"}, 0, 0},
+        {"forced: everything", kCenter, kCenter, true, false, kCentred, 1, 1},
+        {"another orientation",
+         kCenter,
+         kStretch,
+         false,
+         false,
+         {"reg WallpaperStyle=2", "reg TileWallpaper=0", "spi $bmp", "reg Wallpaper=$bmp"},
+         0,
+         0},
+        {"leaving Scale: the picture is saved at its own size again", kScale, kCenter, false, false, kCentred, 0, 1},
+        {"the same with Active Desktop", kTile, kTile, false, true, {"reg Wallpaper=" + kSea}, 0, 0},
+    };
+    for (const auto& c : cases) {
+        ChangerFixture f;
+        f.app.settings.TransText = true;
+        f.app.settings.UseActiveDesktop = c.activeDesktop;
+        f.writeList({kSea + "\t" + std::to_string(c.applied)});
+        f.form.onLoad();
+        f.fake.log.clear();
+        f.form.entries()[0].orientation = c.now;
+        bool force = c.force;
+        f.form.changeWallpaper(0, force);
+        EXPECT_EQ(desktopCalls(f), c.calls) << c.what;
+        EXPECT_EQ(f.fake.count("load "), c.loads) << c.what;
+        EXPECT_EQ(f.fake.count("save "), c.saves) << c.what;
+        EXPECT_EQ(f.fake.count("scale "), 0) << c.what;
+        EXPECT_EQ(f.fake.count("tray modify"), 1) << "the tip is updated all the same: " << c.what;
+        EXPECT_EQ(f.fake.count("icon text redraw"), 1) << "and the icon text made transparent again: " << c.what;
+        EXPECT_EQ(f.form.lastAppliedOrientation(), c.now) << c.what;
+    }
 }
 
-TEST_F(Apply, ScaleOfAnUnreadableBitmapIsTakenAsOneByOne) {
-    pictures.storeFacts = false;
-    pictures.sizes["C:\\p\\a.jpg"] = {0, 0};
-    writeList({"C:\\p\\a.jpg\t3"});
-    form.onLoad();
-    EXPECT_EQ(pictures.lastScale.width, 1);
-    EXPECT_EQ(pictures.lastScale.height, 1);
-    EXPECT_DOUBLE_EQ(pictures.lastScale.factor, 768.0);
-}
-
-TEST_F(Apply, TheSameEntryAgainLoadsNothingButStillWritesWallpaper) {
-    app.settings.TransText = true;
-    loadOne(kTile);
-    bool force = false;
-    form.changeWallpaper(0, force);
-    EXPECT_EQ(desktopCalls(), std::vector<std::string>{"reg Wallpaper=" + bitmap()});
-    EXPECT_EQ(log.count("load "), 0);
-    EXPECT_EQ(log.count("save "), 0);
-    EXPECT_EQ(log.count("tray modify"), 1) << "the tip is updated all the same";
-    EXPECT_EQ(log.count("icon text redraw"), 1) << "and the icon text made transparent again";
-}
-
-TEST_F(Apply, ForcedReapplyOfTheSameEntryDoesEverything) {
-    loadOne(kCenter);
-    bool force = true;
-    form.changeWallpaper(0, force);
-    EXPECT_EQ(log.count("load "), 1);
-    EXPECT_EQ(log.count("spi "), 1);
-}
-
-TEST_F(Apply, OnlyAnOrientationChangeReappliesWithoutReloading) {
-    loadOne(kCenter);
-    form.entries()[0].orientation = kStretch;
-    bool force = false;
-    form.changeWallpaper(0, force);
-    EXPECT_EQ(log.count("load "), 0) << "the picture on show is not decoded again";
-    EXPECT_EQ(desktopCalls(), (std::vector<std::string>{"reg WallpaperStyle=2", "reg TileWallpaper=0",
-                                                        "spi " + bitmap(), "reg Wallpaper=" + bitmap()}));
-    EXPECT_EQ(form.lastAppliedOrientation(), kStretch);
-}
-
-TEST_F(Apply, LeavingScaleSavesThePictureAtItsOwnSizeAgain) {
-    loadOne(kScale);
-    log.clear();
-    form.entries()[0].orientation = kCenter;
-    bool force = false;
-    form.changeWallpaper(0, force);
-    EXPECT_EQ(log.count("load "), 0);
-    EXPECT_EQ(log.count("save "), 1) << "the scaled bitmap must not stay on the desktop";
-    EXPECT_EQ(log.count("scale "), 0);
-}
-
-TEST_F(Apply, ActiveDesktopWithNothingToApplyWritesOnlyWallpaper) {
-    app.settings.UseActiveDesktop = true;
-    loadOne(kTile);
-    bool force = false;
-    form.changeWallpaper(0, force);
-    EXPECT_EQ(desktopCalls(), std::vector<std::string>{"reg Wallpaper=C:\\p\\sea.jpg"});
-}
-
-TEST_F(Apply, AnUnloadablePictureLeavesTheListAndTheNextIsApplied) {
-    pictures.unloadable = {"C:\\p\\bad.jpg"};
-    writeList({"C:\\p\\bad.jpg\t0", "C:\\p\\good.jpg\t1", "C:\\p\\last.jpg\t0"});
-    form.onLoad();
-    EXPECT_EQ(host.list.lines(), (std::vector<std::string>{"C:\\p\\good.jpg", "C:\\p\\last.jpg"}));
-    EXPECT_EQ(log.matching("load "), (std::vector<std::string>{"load C:\\p\\bad.jpg", "load C:\\p\\good.jpg"}));
-    EXPECT_EQ(log.count("spi "), 1);
-    EXPECT_EQ(log.count("reg TileWallpaper=1"), 1) << "the good entry is applied with its own orientation";
-    EXPECT_EQ(form.previewTag(), "C:\\p\\good.jpg");
-    EXPECT_EQ(host.list.listIndex(), 0);
-}
-
-TEST_F(Apply, ALongRunOfUnloadablePicturesIsWalkedWithoutRecursion) {
+TEST(Apply, UnloadablePicturesLeaveTheListAndTheNextIsAppliedWithoutRecursion) {
     // A list on an unplugged drive: every picture fails in turn. The stack must not grow with the run.
+    ChangerFixture f;
     std::vector<std::string> lines;
     for (int i = 0; i < 1000; ++i) {
         const std::string p = "C:\\gone\\" + std::to_string(i) + ".jpg";
-        pictures.unloadable.insert(p);
+        f.fake.unloadable.insert(p);
         lines.push_back(p + "\t0");
     }
-    lines.push_back("C:\\p\\good.jpg\t0");
-    writeList(lines);
-    form.onLoad();
-    EXPECT_EQ(host.list.lines(), std::vector<std::string>{"C:\\p\\good.jpg"});
-    EXPECT_EQ(form.previewTag(), "C:\\p\\good.jpg");
-    EXPECT_EQ(log.count("spi "), 1);
-    ASSERT_EQ(pictures.stackDepths.size(), 1001u);
-    const auto [low, high] = std::minmax_element(pictures.stackDepths.begin(), pictures.stackDepths.end());
+    lines.insert(lines.end(), {"C:\\p\\good.jpg\t1", "C:\\p\\last.jpg\t0"});
+    f.writeList(lines);
+    f.form.onLoad();
+    EXPECT_EQ(f.fake.list.lines(), (std::vector<std::string>{"C:\\p\\good.jpg", "C:\\p\\last.jpg"}));
+    EXPECT_EQ(f.form.previewTag(), "C:\\p\\good.jpg");
+    EXPECT_EQ(f.fake.list.listIndex(), 0);
+    EXPECT_EQ(f.fake.count("spi "), 1);
+    EXPECT_EQ(f.fake.count("reg TileWallpaper=1"), 1) << "the good entry is applied with its own orientation";
+    ASSERT_EQ(f.fake.stackDepths.size(), 1001u);
+    const auto [low, high] = std::minmax_element(f.fake.stackDepths.begin(), f.fake.stackDepths.end());
     EXPECT_LT(*high - *low, 16 * 1024u) << "the stack grew by " << (*high - *low) << " bytes over the run";
-}
 
-TEST_F(Apply, AListOfOnlyUnloadablePicturesEndsEmptyAndIsNotWrittenOver) {
-    pictures.unloadable = {"C:\\gone\\a.jpg", "C:\\gone\\b.jpg"};
-    writeList({"C:\\gone\\a.jpg\t0", "C:\\gone\\b.jpg\t2"});
-    const std::string before = dir.read("MyWallpapers.wall");
-    form.onLoad();
-    EXPECT_EQ(host.list.count(), 0);
-    EXPECT_EQ(log.count("spi "), 0);
-    form.unload();
-    EXPECT_EQ(dir.read("MyWallpapers.wall"), before) << "an empty list never overwrites its file";
+    ChangerFixture none;
+    none.fake.unloadable = {"C:\\gone\\a.jpg", "C:\\gone\\b.jpg"};
+    none.writeList({"C:\\gone\\a.jpg\t0", "C:\\gone\\b.jpg\t2"});
+    const std::string before = none.dir.read("MyWallpapers.wall");
+    none.form.onLoad();
+    EXPECT_EQ(none.fake.list.count(), 0);
+    EXPECT_EQ(none.fake.count("spi "), 0);
+    none.form.unload();
+    EXPECT_EQ(none.dir.read("MyWallpapers.wall"), before) << "an empty list never overwrites its file";
 }
 
 }  // namespace

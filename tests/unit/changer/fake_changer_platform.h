@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <functional>
 #include <map>
 #include <optional>
@@ -15,62 +14,41 @@
 #include "changer/changer_platform.h"
 #include "changer/main_form.h"
 #include "support/fake_list_box.h"
+#include "support/picture_bytes.h"
 #include "support/temp_dir.h"
 
 namespace tl::test {
 
-// Everything frmMain talks to, recorded in one log of short lines ("spi <path>", "reg Wallpaper=<path>",
-// "load <path>" ...), so a test reads the order of what happened.
-struct ChangerLog {
-    std::vector<std::string> lines;
-    void add(std::string line) { lines.push_back(std::move(line)); }
-    int count(const std::string& prefix) const {
-        int n = 0;
-        for (const auto& l : lines) {
-            n += l.rfind(prefix, 0) == 0 ? 1 : 0;
-        }
-        return n;
-    }
+// Everything frmMain talks to in one object, which records each call as a short line of one log ("spi
+// <path>", "reg Wallpaper=<path>", "load <path>" ...), so a test reads the order of what happened.
+// Pictures named in `unloadable` can't be loaded; the others have the size given in `sizes` (800 x 600
+// when not given), which showImageFacts stores into the entry unless `storeFacts` is off.
+class FakeChangerPlatform : public Desktop, public WallpaperPictures, public TrayIcon, public MainFormHost {
+  public:
+    int count(const std::string& prefix) const { return static_cast<int>(matching(prefix).size()); }
     std::vector<std::string> matching(const std::string& prefix) const {
         std::vector<std::string> out;
-        for (const auto& l : lines) {
+        for (const auto& l : log) {
             if (l.rfind(prefix, 0) == 0) {
                 out.push_back(l);
             }
         }
         return out;
     }
-    void clear() { lines.clear(); }
-};
 
-class FakeDesktop : public Desktop {
-  public:
-    explicit FakeDesktop(ChangerLog& log) : log_(log) {}
+    // Desktop
     void setDesktopValue(std::string_view name, std::string_view text) override {
-        log_.add("reg " + std::string(name) + "=" + std::string(text));
+        log.push_back("reg " + std::string(name) + "=" + std::string(text));
     }
-    void setDeskWallpaper(const std::string& path) override { log_.add("spi " + path); }
+    void setDeskWallpaper(const std::string& path) override { log.push_back("spi " + path); }
     void setActiveDesktopWallpaper(const std::string& path, int style, bool enable) override {
-        log_.add("activedesktop " + path + " style " + std::to_string(style) + (enable ? " on" : " off"));
+        log.push_back("activedesktop " + path + " style " + std::to_string(style) + (enable ? " on" : " off"));
     }
     bool isSomethingMaximised() override { return maximised; }
 
-    bool maximised = false;
-
-  private:
-    ChangerLog& log_;
-};
-
-// The preview and the bitmap files. Pictures named in `unloadable` can't be loaded; the others have the
-// size given in `sizes` (800 x 600 when not given), which ShowImageFacts stores into the entry unless
-// `storeFacts` is off. saveCurrentBitmap writes a BMP header of the shown picture's size, so that the
-// header reader finds it.
-class FakePictures : public WallpaperPictures {
-  public:
-    FakePictures(ChangerLog& log, FileSystem& fs) : log_(log), fs_(fs) {}
-
+    // WallpaperPictures; the saved bitmap is a BMP header of the shown picture's size.
     bool showImageFacts(WallpaperEntry& entry) override {
-        log_.add("load " + entry.path);
+        log.push_back("load " + entry.path);
         char here = 0;
         stackDepths.push_back(reinterpret_cast<uintptr_t>(&here));
         if (unloadable.count(entry.path) != 0) {
@@ -86,41 +64,94 @@ class FakePictures : public WallpaperPictures {
         return true;
     }
     bool saveCurrentBitmap(const std::string& path) override {
-        log_.add("save " + shown);
-        fs_.writeNewFile(path, bmpHeader(shownSize.first, shownSize.second));
+        log.push_back("save " + shown);
+        fs.writeNewFile(path, bmpHeader(shownSize.first, shownSize.second));
         return true;
     }
-    bool scaleImageFile(const std::string& source,
-                        const std::string& target,
-                        double factor,
-                        int32_t height,
-                        int32_t width,
-                        bool loadScaled) override {
-        char text[160];
-        std::snprintf(text, sizeof text, "scale %dx%d by %.4f%s", width, height, factor, loadScaled ? "" : " unscaled");
-        log_.add(text);
-        lastScale = {source, target, factor, height, width};
+    bool scaleImageFile(const std::string& from, const std::string& to, double f, int32_t h, int32_t w, bool loadScaled)
+        override {
+        log.push_back("scale " + std::to_string(w) + "x" + std::to_string(h) + (loadScaled ? "" : " unscaled"));
+        lastScale = {from, to, f, h, w};
         return true;
     }
     void releasePicture() override {}
-    void clearPreview() override { log_.add("clear preview"); }
+    void clearPreview() override { log.push_back("clear preview"); }
     void hidePreviewFrame() override {}
 
-    static std::string bmpHeader(int width, int height) {
-        std::string b(54, '\0');
-        b[0] = 'B';
-        b[1] = 'M';
-        auto put32 = [&](size_t at, uint32_t v) {
-            for (int i = 0; i < 4; ++i) {
-                b[at + static_cast<size_t>(i)] = static_cast<char>((v >> (8 * i)) & 0xFF);
-            }
-        };
-        put32(18, static_cast<uint32_t>(width));
-        put32(22, static_cast<uint32_t>(height));
-        b[28] = 24;
-        return b;
+    // TrayIcon
+    bool add(TrayIconKind kind, std::string_view text) override {
+        present = true;
+        return recordTray("tray add", kind, text);
+    }
+    bool modify(TrayIconKind kind, std::string_view text) override {
+        return recordTray("tray modify", kind, text) && present;
+    }
+    void remove() override {
+        present = false;
+        log.push_back("tray remove");
     }
 
+    // MainFormHost. Files named in `kept` stay (the user said no to the shell's question); duringRemoval
+    // runs while a file is being deleted, as the shell's question lets other messages through.
+    ListBoxView& list1() override { return list; }
+    void fillOrType() override { log.push_back("fill orType"); }
+    void setOrTypeIndex(int index) override { orType = index; }
+    int orTypeIndex() const override { return orType; }
+    void setMinuteTimer(bool enabled) override { timerEnabled = enabled; }
+    ScreenSize screenSize() override { return {1024, 768}; }
+    double secondsSinceMidnight() override { return clock += 0.25; }
+    void saveSettings() override { log.push_back("save settings"); }
+    void beep() override { log.push_back("beep"); }
+    bool removeFileFromDisk(const std::string& path, bool recycle, bool useShell) override {
+        log.push_back(std::string(recycle ? "recycle " : "delete ") + (useShell ? "" : "directly ") + path);
+        if (duringRemoval) {
+            duringRemoval(path);
+        }
+        return kept.count(path) == 0;
+    }
+    void menusChanged() override {}
+    void buildResolutionMenu() override { log.push_back("build resolution menu"); }
+    void popUpTrayMenu() override { log.push_back("pop up tray menu"); }
+    void registerSwitchHotKey() override { log.push_back("register hot key"); }
+    void unloadForm() override {
+        log.push_back("unload form");
+        form->unload();
+    }
+    void showManager() override { log.push_back("show manager"); }
+    void loadTracker(const TrackedFolders& folders) override {
+        log.push_back("load tracker " + std::to_string(folders.size() - 1));
+    }
+    void allowTrackerUnload() override { log.push_back("allow tracker unload"); }
+    void unloadTracker() override { log.push_back("unload tracker"); }
+    void showTracker() override { log.push_back("show tracker"); }
+    void setTrackerIgnoreEvents(bool ignore) override { log.push_back(ignore ? "tracker ignores" : "tracker listens"); }
+    void showDelayDialog() override {
+        log.push_back("delay dialog");
+        if (newDelay) {
+            app->settings.Delay = *newDelay;
+        }
+    }
+    void applyMainMode(int16_t mode) override { log.push_back("main mode " + std::to_string(mode)); }
+    void preparePanel() override { log.push_back("prepare panel"); }
+    void showFactsLabels() override {}
+    bool livesInTray() override { return inTray; }
+    void layoutPanel() override { log.push_back("layout panel"); }
+    void openWebPage() override { log.push_back("web page"); }
+    void popUpOptionsMenu() override { log.push_back("pop up options menu"); }
+    void showPreviewWindow(const std::string& path) override { log.push_back("preview window " + path); }
+    std::optional<std::string> browseForFolder(const std::string& title,
+                                               const std::string& prompt,
+                                               const std::string& start) override {
+        log.push_back("browse " + title + " | " + prompt + " | " + start);
+        return folderAnswer;
+    }
+    std::string currentDirectory() override { return "D:\\work\\lists"; }
+    void applyIconTextOptions() override { log.push_back("icon text options"); }
+    void makeIconTextTransparent(bool redraw) override { log.push_back(redraw ? "icon text redraw" : "icon text"); }
+
+    std::vector<std::string> log;
+    PosixFileSystem fs;
+    bool maximised = false;
     struct Scale {
         std::string source, target;
         double factor = 0;
@@ -132,125 +163,31 @@ class FakePictures : public WallpaperPictures {
     bool storeFacts = true;
     std::string shown;
     std::pair<int, int> shownSize{800, 600};
-
-  private:
-    ChangerLog& log_;
-    FileSystem& fs_;
-};
-
-class FakeTray : public TrayIcon {
-  public:
-    explicit FakeTray(ChangerLog& log) : log_(log) {}
-    bool add(TrayIconKind kind, std::string_view text) override {
-        present = true;
-        record("tray add", kind, text);
-        return true;
-    }
-    bool modify(TrayIconKind kind, std::string_view text) override {
-        record("tray modify", kind, text);
-        return present;
-    }
-    void remove() override {
-        present = false;
-        log_.add("tray remove");
-    }
-
     bool present = false;
     TrayIconKind icon = TrayIconKind::Normal;
     std::string tip;
-
-  private:
-    void record(const char* what, TrayIconKind kind, std::string_view text) {
-        icon = kind;
-        tip = std::string(text);
-        log_.add(std::string(what) + (kind == TrayIconKind::Paused ? " paused " : " ") + tip);
-    }
-    ChangerLog& log_;
-};
-
-class FakeHost : public MainFormHost {
-  public:
-    explicit FakeHost(ChangerLog& log) : log_(log) {}
-
-    ListBoxView& list1() override { return list; }
-    void fillOrType() override { log_.add("fill orType"); }
-    void setOrTypeIndex(int index) override { orType = index; }
-    int orTypeIndex() const override { return orType; }
-    void setMinuteTimer(bool enabled) override { timerEnabled = enabled; }
-    ScreenSize screenSize() override { return screen; }
-    double secondsSinceMidnight() override { return clock += 0.25; }
-    void saveSettings() override { log_.add("save settings"); }
-    void beep() override { log_.add("beep"); }
-    // Files named in `kept` stay (the user said no to the shell's question); duringRemoval runs while a
-    // file is being deleted, as the shell's question lets other messages through.
-    bool removeFileFromDisk(const std::string& path, bool recycle, bool useShell) override {
-        log_.add(std::string(recycle ? "recycle " : "delete ") + (useShell ? "" : "directly ") + path);
-        if (duringRemoval) {
-            duringRemoval(path);
-        }
-        return kept.count(path) == 0;
-    }
-    void menusChanged() override {}
-    void buildResolutionMenu() override { log_.add("build resolution menu"); }
-    void popUpTrayMenu() override { log_.add("pop up tray menu"); }
-    void registerSwitchHotKey() override { log_.add("register hot key"); }
-    void unloadForm() override {
-        log_.add("unload form");
-        if (form) {
-            form->unload();
-        }
-    }
-    void showManager() override { log_.add("show manager"); }
-    void loadTracker(const TrackedFolders& folders) override {
-        log_.add("load tracker " + std::to_string(folders.size() - 1));
-    }
-    void allowTrackerUnload() override { log_.add("allow tracker unload"); }
-    void unloadTracker() override { log_.add("unload tracker"); }
-    void showTracker() override { log_.add("show tracker"); }
-    void setTrackerIgnoreEvents(bool ignore) override { log_.add(ignore ? "tracker ignores" : "tracker listens"); }
-    void showDelayDialog() override {
-        log_.add("delay dialog");
-        if (newDelay && app) {
-            app->settings.Delay = *newDelay;
-        }
-    }
-    void applyMainMode(int16_t mode) override { log_.add("main mode " + std::to_string(mode)); }
-    void preparePanel() override { log_.add("prepare panel"); }
-    void showFactsLabels() override {}
-    bool livesInTray() override { return inTray; }
-    void layoutPanel() override { log_.add("layout panel"); }
-    void openWebPage() override { log_.add("web page"); }
-    void popUpOptionsMenu() override { log_.add("pop up options menu"); }
-    void showPreviewWindow(const std::string& path) override { log_.add("preview window " + path); }
-    std::optional<std::string> browseForFolder(const std::string& title,
-                                               const std::string& prompt,
-                                               const std::string& start) override {
-        log_.add("browse " + title + " | " + prompt + " | " + start);
-        return folderAnswer;
-    }
-    std::string currentDirectory() override { return cwd; }
-    void applyIconTextOptions() override { log_.add("icon text options"); }
-    void makeIconTextTransparent(bool redraw) override { log_.add(redraw ? "icon text redraw" : "icon text"); }
-
     FakeListBox list{std::initializer_list<std::string>{}, true};
     int orType = -1;
     bool timerEnabled = false;
-    ScreenSize screen{1024, 768};
     double clock = 3600.0;
     bool inTray = true;
     std::set<std::string> kept;
     std::function<void(const std::string&)> duringRemoval;
     std::optional<std::string> folderAnswer;
-    std::string cwd = "D:\\work\\lists";
     std::optional<int16_t> newDelay;
     frmMain* form = nullptr;
     AppState* app = nullptr;
 
   private:
-    ChangerLog& log_;
+    bool recordTray(const char* what, TrayIconKind kind, std::string_view text) {
+        icon = kind;
+        tip = std::string(text);
+        log.push_back(std::string(what) + (kind == TrayIconKind::Paused ? " paused " : " ") + tip);
+        return true;
+    }
 };
 
-// A frmMain on fakes, in a program directory of its own with the settings' defaults that matter here.
+// A frmMain on the fake, in a program directory of its own with the settings' defaults that matter here.
 struct ChangerFixture {
     ChangerFixture() {
         app.programDir = dir.path();
@@ -262,8 +199,8 @@ struct ChangerFixture {
         app.settings.RatioTolerance = 0.25;
         app.settings.HalfRatio = 1.5;
         app.settings.UseTracker = true;
-        host.form = &form;
-        host.app = &app;
+        fake.form = &form;
+        fake.app = &app;
     }
 
     // Writes the list file with the given lines (CR LF ended).
@@ -274,23 +211,33 @@ struct ChangerFixture {
         }
         dir.write(name, text);
     }
-    std::string bitmap() const { return app.settings.OutputPath; }
-    // Loads the form and forgets what the load did.
-    void loadQuietly() {
+    // The list "C:\p\<name>.jpg<TAB>0" of the named pictures, loaded with the first on show; the load's
+    // own calls are forgotten.
+    void start(std::initializer_list<std::string> names) {
+        std::vector<std::string> lines;
+        for (const auto& n : names) {
+            lines.push_back(pic(n) + "\t0");
+        }
+        writeList(lines);
         form.onLoad();
-        log.clear();
+        fake.log.clear();
     }
+    static std::string pic(const std::string& name) { return "C:\\p\\" + name + ".jpg"; }
+    // What the user's click does in a multiple-selection list box: only that line selected.
+    void userClick(int line) {
+        for (int i = 0; i < fake.list.count(); ++i) {
+            fake.list.setSelected(i, false);
+        }
+        fake.list.setListIndex(line);
+        form.onList1Click();
+    }
+    std::string bitmap() const { return app.settings.OutputPath; }
 
     TempDir dir;
     AppState app;
-    PosixFileSystem fs;
     DefaultRandom random;
-    ChangerLog log;
-    FakeHost host{log};
-    FakeDesktop desktop{log};
-    FakePictures pictures{log, fs};
-    FakeTray tray{log};
-    frmMain form{app, fs, random, host, desktop, pictures, tray};
+    FakeChangerPlatform fake;
+    frmMain form{app, fake.fs, random, fake, fake, fake, fake};
 };
 
 }  // namespace tl::test

@@ -15,90 +15,66 @@ class Panel : public ::testing::Test, public ChangerFixture {
   protected:
     void SetUp() override {
         writeList({"C:\\p\\a.jpg\t1", "C:\\p\\b.jpg\t0", "#C:\\p"});
-        loadQuietly();
+        form.onLoad();
+        fake.log.clear();
     }
 };
 
 TEST_F(Panel, TheProgramLivesEitherInTheTrayOrOnThePanel) {
     form.onFormResize(true, FormWindowState::Normal);
-    EXPECT_EQ(log.lines, (std::vector<std::string>{"layout panel", "tray remove"}));
-    EXPECT_FALSE(host.timerEnabled);
+    EXPECT_EQ(fake.log, (std::vector<std::string>{"layout panel", "tray remove"}));
+    EXPECT_FALSE(fake.timerEnabled);
     EXPECT_EQ(app.settings.MainMode, 0);
 
-    log.clear();
+    fake.log.clear();
     form.onFormResize(true, FormWindowState::Minimized);
-    EXPECT_EQ(log.lines, std::vector<std::string>{"tray add Tessaline - C:\\p\\a.jpg"});
-    EXPECT_TRUE(host.timerEnabled);
+    EXPECT_EQ(fake.log, std::vector<std::string>{"tray add Tessaline - C:\\p\\a.jpg"});
+    EXPECT_TRUE(fake.timerEnabled);
     EXPECT_EQ(app.settings.MainMode, 1);
     EXPECT_TRUE(form.menus().checked(mnuTraySOTiled)) << "the tray's orientation mark follows orType";
 
     form.onFormResize(true, FormWindowState::Maximized);
-    EXPECT_FALSE(host.timerEnabled) << "a maximised panel is the panel";
+    EXPECT_FALSE(fake.timerEnabled) << "a maximised panel is the panel";
     form.onMenuCommand(mnuPaused);
-    log.clear();
+    fake.log.clear();
     form.onFormResize(false, FormWindowState::Minimized);
-    EXPECT_FALSE(host.timerEnabled) << "paused: the clock stays off";
-    EXPECT_EQ(tray.icon, TrayIconKind::Paused);
+    EXPECT_FALSE(fake.timerEnabled) << "paused: the clock stays off";
+    EXPECT_EQ(fake.icon, TrayIconKind::Paused);
 
-    log.clear();
+    fake.log.clear();
     form.onFormResize(false, FormWindowState::Normal);
-    EXPECT_TRUE(log.lines.empty()) << "a hidden panel leaves the tray as it is";
-}
-
-TEST_F(Panel, TheManagerButtonWritesTheListAndHandsOverWithoutTheTracker) {
-    form.entries()[1].orientation = kStretch;
-    form.onPanelButton(PanelButton::Image1, kNoKeys);
-    EXPECT_EQ(log.lines, (std::vector<std::string>{"allow tracker unload", "unload tracker", "show manager",
-                                                   "unload form", "tray remove", "save settings"}));
-    EXPECT_EQ(dir.read("MyWallpapers.wall"), "C:\\p\\a.jpg\t1\r\nC:\\p\\b.jpg\t2\r\n#C:\\p\r\n");
-}
-
-TEST_F(Panel, TheOtherButtonsReachTheirWindows) {
-    const std::pair<PanelButton, const char*> cases[] = {
-        {PanelButton::Image5, "web page"},
-        {PanelButton::Image4, "pop up options menu"},
-        {PanelButton::Preview, "preview window C:\\p\\a.jpg"},
-    };
-    for (const auto& [button, expected] : cases) {
-        log.clear();
-        form.onPanelButton(button, kShiftKey);
-        EXPECT_EQ(log.lines, std::vector<std::string>{expected});
-    }
-    form.deletePaper("C:\\p\\a.jpg", false);  // the tag is cleared with the reselection
-    log.clear();
-    form.onPanelButton(PanelButton::Preview, kNoKeys);
-    EXPECT_TRUE(log.lines.empty()) << "no picture on show, no preview";
+    EXPECT_TRUE(fake.log.empty()) << "a hidden panel leaves the tray as it is";
 }
 
 TEST_F(Panel, TheTrackerFollowsTheListAndUseTracker) {
     EXPECT_TRUE(form.trackerLoaded());
     writeList({"C:\\q\\x.jpg\t0", "#C:\\q"}, "Other.wall");
     form.readListFile(dir.path() + "\\Other.wall");
-    EXPECT_EQ(log.lines, (std::vector<std::string>{"unload tracker", "load tracker 1"}))
+    EXPECT_EQ(fake.log, (std::vector<std::string>{"unload tracker", "load tracker 1"}))
         << "the old list's folders go before the new ones come";
 
     ChangerFixture off;
     off.app.settings.UseTracker = false;
     off.writeList({"C:\\q\\x.jpg\t0", "#C:\\q"});
     off.form.onLoad();
-    EXPECT_EQ(off.log.count("load tracker"), 0) << "UseTracker off: the folders are not watched";
-    off.log.clear();
+    EXPECT_EQ(off.fake.count("load tracker"), 0) << "UseTracker off: the folders are not watched";
+    off.fake.log.clear();
     off.form.onMenuCommand(mnuTrackedFolders);
     off.form.onMenuCommand(mnuTrackedFolders);
-    EXPECT_EQ(off.log.lines,
+    EXPECT_EQ(off.fake.log,
               (std::vector<std::string>{"load tracker 1", "tracker ignores", "show tracker", "show tracker"}));
-    off.log.clear();
+    off.fake.log.clear();
     off.form.onMenuCommand(mnuTrayQuit);
-    EXPECT_EQ(off.log.count("unload tracker"), 1);
+    EXPECT_EQ(off.fake.count("unload tracker"), 1);
 }
 
 TEST_F(Panel, TheDefaultSaveDirectoryIsChosenFromTheCurrentDrivesRoot) {
     app.settings.WallpaperDirectory = "";
     form.onMenuCommand(mnuSetDefaultSaveDir);
-    EXPECT_EQ(log.lines,
+    EXPECT_EQ(fake.log,
               std::vector<std::string>{"browse Select a folder: | Select a folder to save the wallpaper to | D:\\"});
     EXPECT_EQ(app.settings.WallpaperDirectory, dir.path() + "\\") << "cancelled: the program directory stands";
-    host.folderAnswer = "E:\\Walls";
+    fake.folderAnswer = "E:\\Walls";
     form.onMenuCommand(mnuSetDefaultSaveDir);
     EXPECT_EQ(app.settings.WallpaperDirectory, "E:\\Walls");
 }

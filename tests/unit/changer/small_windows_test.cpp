@@ -6,72 +6,53 @@
 namespace tl {
 namespace {
 
-TEST(PreviewLayout, NaturalSizeFitsTheWindowAroundThePicture) {
-    const auto layout = layoutPreview(kPreviewNatural, {640, 480}, {300, 200}, {16, 39});
-    ASSERT_TRUE(layout);
-    EXPECT_FALSE(layout->stretch);
-    EXPECT_EQ(layout->left, 0);
-    EXPECT_EQ(layout->top, 0);
-    EXPECT_EQ(layout->width, 640);
-    EXPECT_EQ(layout->height, 480);
-    ASSERT_TRUE(layout->windowSize);
-    EXPECT_EQ(layout->windowSize->width, 656);
-    EXPECT_EQ(layout->windowSize->height, 519);
-}
-
-TEST(PreviewLayout, StretchedFillsTheInnerArea) {
-    const auto layout = layoutPreview(kPreviewStretched, {640, 480}, {300, 200}, {16, 39});
-    ASSERT_TRUE(layout);
-    EXPECT_TRUE(layout->stretch);
-    EXPECT_EQ(layout->left, 0);
-    EXPECT_EQ(layout->top, 0);
-    EXPECT_EQ(layout->width, 300);
-    EXPECT_EQ(layout->height, 200);
-    EXPECT_FALSE(layout->windowSize) << "only the natural mode resizes the window";
-}
-
-TEST(PreviewLayout, CentredRoundsHalvesToEven) {
+TEST(PreviewLayout, EachModePlacesThePictureInTheWindow) {
     const struct {
+        int16_t mode;
         PixelSize picture, inner;
-        int left, top;
+        std::optional<PreviewLayout> expected;
     } cases[] = {
-        {{100, 50}, {300, 200}, 100, 75},
-        {{101, 51}, {300, 200}, 100, 74},      // 99.5 -> 100, 74.5 -> 74
-        {{100, 50}, {301, 203}, 100, 76},      // 100.5 -> 100, 76.5 -> 76
-        {{640, 480}, {300, 200}, -170, -140},  // larger than the window: clipped on every side
+        // Natural size: the window is fitted around the picture and its frame.
+        {kPreviewNatural, {640, 480}, {300, 200}, PreviewLayout{false, 0, 0, 640, 480, PixelSize{656, 519}}},
+        {kPreviewStretched, {640, 480}, {300, 200}, PreviewLayout{true, 0, 0, 300, 200, std::nullopt}},
+        // Centred, halves rounded to even: 99.5 -> 100, 74.5 -> 74, 100.5 -> 100, 76.5 -> 76.
+        {kPreviewCentred, {100, 50}, {300, 200}, PreviewLayout{false, 100, 75, 100, 50, std::nullopt}},
+        {kPreviewCentred, {101, 51}, {300, 200}, PreviewLayout{false, 100, 74, 101, 51, std::nullopt}},
+        {kPreviewCentred, {100, 50}, {301, 203}, PreviewLayout{false, 100, 76, 100, 50, std::nullopt}},
+        // Larger than the window: clipped on every side.
+        {kPreviewCentred, {640, 480}, {300, 200}, PreviewLayout{false, -170, -140, 640, 480, std::nullopt}},
+        {-1, {10, 10}, {10, 10}, std::nullopt},
+        {3, {10, 10}, {10, 10}, std::nullopt},
     };
     for (const auto& c : cases) {
-        const auto layout = layoutPreview(kPreviewCentred, c.picture, c.inner, {16, 39});
-        ASSERT_TRUE(layout);
-        EXPECT_FALSE(layout->stretch);
-        EXPECT_EQ(layout->left, c.left) << c.picture.width << " in " << c.inner.width;
-        EXPECT_EQ(layout->top, c.top) << c.picture.height << " in " << c.inner.height;
-        EXPECT_EQ(layout->width, c.picture.width);
-        EXPECT_FALSE(layout->windowSize);
+        const auto got = layoutPreview(c.mode, c.picture, c.inner, {16, 39});
+        const std::string what = "mode " + std::to_string(c.mode) + ", " + std::to_string(c.picture.width) + " in " +
+                                 std::to_string(c.inner.width);
+        ASSERT_EQ(got.has_value(), c.expected.has_value()) << what;
+        if (!got) {
+            continue;
+        }
+        EXPECT_EQ(got->stretch, c.expected->stretch) << what;
+        EXPECT_EQ(got->left, c.expected->left) << what;
+        EXPECT_EQ(got->top, c.expected->top) << what;
+        EXPECT_EQ(got->width, c.expected->width) << what;
+        EXPECT_EQ(got->height, c.expected->height) << what;
+        ASSERT_EQ(got->windowSize.has_value(), c.expected->windowSize.has_value()) << what;
+        if (got->windowSize) {
+            EXPECT_EQ(got->windowSize->width, c.expected->windowSize->width);
+            EXPECT_EQ(got->windowSize->height, c.expected->windowSize->height);
+        }
     }
 }
 
-TEST(PreviewLayout, UnknownModesLayNothingOut) {
-    for (int16_t mode : {int16_t{-1}, int16_t{3}, int16_t{32767}}) {
-        EXPECT_FALSE(layoutPreview(mode, {10, 10}, {10, 10}, {0, 0})) << mode;
-    }
-}
-
-TEST(PreviewLayout, ClicksCycleThroughTheThreeModes) {
-    int16_t mode = kPreviewNatural;
-    mode = nextPreviewMode(mode);
-    EXPECT_EQ(mode, kPreviewStretched);
-    mode = nextPreviewMode(mode);
-    EXPECT_EQ(mode, kPreviewCentred);
-    mode = nextPreviewMode(mode);
-    EXPECT_EQ(mode, kPreviewNatural);
+TEST(PreviewLayout, ClicksCycleThroughTheThreeModesAndThePositionRoundTripsThroughTwips) {
+    EXPECT_EQ(nextPreviewMode(kPreviewNatural), kPreviewStretched);
+    EXPECT_EQ(nextPreviewMode(kPreviewStretched), kPreviewCentred);
+    EXPECT_EQ(nextPreviewMode(kPreviewCentred), kPreviewNatural);
     // A value from an edited settings file: anything past 2 starts again at 0.
-    EXPECT_EQ(nextPreviewMode(7), kPreviewNatural);
     EXPECT_EQ(nextPreviewMode(32767), kPreviewNatural);
     EXPECT_EQ(nextPreviewMode(-3), -2);
-}
 
-TEST(PreviewLayout, PositionRoundTripsThroughTwips) {
     const struct {
         int pixels, dpi;
         int16_t twips;
@@ -89,27 +70,24 @@ TEST(PreviewLayout, PositionRoundTripsThroughTwips) {
 TEST(DelayEntry, AcceptsOneTo32000AndRefusesTheRest) {
     const struct {
         const char* text;
+        char separator;
         int expected;  // minutes, 0 out of range, -1 not a number
     } cases[] = {
-        {"1", 1},     {"32000", 32000}, {" 15 ", 15}, {"2.5", 2},  {"3.5", 4}, {"0", 0},      {"-5", 0},
-        {"32001", 0}, {"40000", 0},     {"0.4", 0},   {"abc", -1}, {"", -1},   {"12abc", -1},
+        {"1", '.', 1},   {"32000", '.', 32000}, {" 15 ", '.', 15}, {"2.5", '.', 2},    {"3.5", '.', 4},
+        {"2,5", ',', 2}, {"0", '.', 0},         {"-5", '.', 0},    {"32001", '.', 0},  {"40000", '.', 0},
+        {"0.4", '.', 0}, {"abc", '.', -1},      {"", '.', -1},     {"12abc", '.', -1}, {"2.5", ',', -1},
     };
     for (const auto& c : cases) {
-        const DelayEntry entry = checkDelayEntry(c.text, '.');
+        const DelayEntry entry = checkDelayEntry(c.text, c.separator);
         if (c.expected > 0) {
             ASSERT_TRUE(std::holds_alternative<DelayAccepted>(entry)) << c.text;
             EXPECT_EQ(std::get<DelayAccepted>(entry).minutes, c.expected) << c.text;
         } else if (c.expected == 0) {
             EXPECT_TRUE(std::holds_alternative<DelayOutOfRange>(entry)) << c.text;
         } else {
-            EXPECT_TRUE(std::holds_alternative<DelayNotANumber>(entry)) << c.text;
+            EXPECT_TRUE(std::holds_alternative<DelayNotANumber>(entry)) << c.text << " with " << c.separator;
         }
     }
-}
-
-TEST(DelayEntry, ReadsTheUsersDecimalSeparator) {
-    EXPECT_TRUE(std::holds_alternative<DelayAccepted>(checkDelayEntry("2,5", ',')));
-    EXPECT_EQ(std::get<DelayAccepted>(checkDelayEntry("2,5", ',')).minutes, 2);
 }
 
 }  // namespace

@@ -14,7 +14,6 @@ class FakeDisplay : public DisplayPlatform {
     explicit FakeDisplay(std::vector<DisplayMode> modes = {}) : modes_(std::move(modes)) {}
 
     std::optional<DisplayModeRecord> enumerateMode(uint32_t n) override {
-        ++enumerations;
         if (n >= modes_.size()) {
             return std::nullopt;
         }
@@ -49,7 +48,6 @@ class FakeDisplay : public DisplayPlatform {
     };
     long answer = kChangeSuccessful;
     bool failCaps = false;
-    int enumerations = 0;
     WindowHandle lastWindow = nullptr;
     std::vector<Change> changes;
     std::vector<std::pair<uintptr_t, intptr_t>> broadcasts;
@@ -68,18 +66,13 @@ std::vector<std::string> captions(const std::vector<ResolutionMenuItem>& items) 
 }
 
 // What Wine's virtual desktop enumerates: nine sizes at 32 bits, then at 16, then at 8.
+// What Wine's virtual desktop enumerates: nine sizes at 32 bits, then at 16, then at 8.
 std::vector<DisplayMode> wineModes() {
+    const std::pair<int16_t, int16_t> sizes[] = {{320, 200}, {320, 240}, {400, 300}, {512, 384}, {640, 400},
+                                                 {640, 480}, {768, 576}, {800, 600}, {1024, 768}};
     std::vector<DisplayMode> out;
     for (int16_t bits : {int16_t{32}, int16_t{16}, int16_t{8}}) {
-        for (const auto& [w, h] : std::vector<std::pair<int16_t, int16_t>>{{320, 200},
-                                                                           {320, 240},
-                                                                           {400, 300},
-                                                                           {512, 384},
-                                                                           {640, 400},
-                                                                           {640, 480},
-                                                                           {768, 576},
-                                                                           {800, 600},
-                                                                           {1024, 768}}) {
+        for (const auto& [w, h] : sizes) {
             out.push_back({w, h, bits});
         }
     }
@@ -130,156 +123,52 @@ TEST(ResolutionMenu, ItemsFollowTheModeSequences) {
     }
 }
 
-TEST(ResolutionMenu, TheCurrentModeIsCheckedAndDisabled) {
-    auto items = resolutionMenuItems({{1024, 768, 32}, {1024, 768, 16}, {800, 600, 16}, {1280, 1024, 16}});
-    markCurrentMode(items, modeCaption(1024, 768, 16));
-    for (const auto& item : items) {
-        const bool current = item.caption == "1024x768 (16)";
-        EXPECT_EQ(item.checked, current) << item.caption;
-        EXPECT_EQ(item.enabled, !current) << item.caption;
-    }
-    markCurrentMode(items, modeCaption(1280, 1024, 16));
-    EXPECT_TRUE(items.back().checked);
-    EXPECT_TRUE(std::none_of(items.begin(), items.end() - 1, [](const auto& i) { return i.checked || !i.enabled; }));
-}
-
-TEST(ResolutionMenu, TagsNameModesSeparatorsNameNothing) {
-    EXPECT_EQ(modeIndexOfTag("12"), 12);
-    EXPECT_EQ(modeIndexOfTag("0"), 0);
-    EXPECT_EQ(modeIndexOfTag("!"), -1);
-    EXPECT_EQ(modeIndexOfTag(""), -1);
-}
-
-TEST(ScreenResolution, TableMaximaAndNames) {
-    FakeDisplay display({{800, 600, 8}, {1280, 1024, 16}, {1024, 1200, 32}, {640, 480, 4}});
-    test::FakeUi ui;
-    clsScrRes res(display, ui);
-    EXPECT_EQ(res.AvailableDisplayModes(), 4);
-    EXPECT_EQ(res.MaxHRes(), 1280);
-    EXPECT_EQ(res.MaxVRes(), 1200);
-    EXPECT_EQ(res.MaxColorResolution(), 32);
-    EXPECT_EQ(res.MaxColorResolutionString(), "True Color");
-    EXPECT_EQ(res.GetDisplayMode(1), (DisplayMode{1280, 1024, 16}));
-    EXPECT_EQ(res.GetDisplayMode(4), DisplayMode{});
-    EXPECT_EQ(res.GetDisplayMode(-1), DisplayMode{});
-
-    FakeDisplay none;
-    clsScrRes empty(none, ui);
-    EXPECT_EQ(empty.AvailableDisplayModes(), 0);
-    EXPECT_EQ(empty.MaxHRes(), 0);
-    EXPECT_EQ(empty.MaxColorResolution(), 0);
-    EXPECT_EQ(empty.MaxColorResolutionString(), "");
-    EXPECT_TRUE(resolutionMenuItems(empty.displayModes()).empty());
-}
-
-TEST(ScreenResolution, MaximaCompareAsSigned16BitNumbers) {
-    // A width past 32767 reads negative and so never wins.
-    FakeDisplay display({{-32000, 100, 8}, {640, -5, 16}});
-    test::FakeUi ui;
-    clsScrRes res(display, ui);
-    EXPECT_EQ(res.MaxHRes(), 640);
-    EXPECT_EQ(res.MaxVRes(), 100);
-}
-
-TEST(ScreenResolution, DepthNames) {
-    const std::pair<int, const char*> cases[] = {{4, "16 Color"},
-                                                 {8, "256 Color"},
-                                                 {16, "High Color"},
-                                                 {24, "True Color"},
-                                                 {32, "True Color"},
-                                                 {1, ""},
-                                                 {15, ""},
-                                                 {0, ""},
-                                                 {64, ""}};
-    for (const auto& [bits, want] : cases) {
-        EXPECT_EQ(colorDepthName(bits), want) << bits;
-    }
-}
-
-TEST(ScreenResolution, CurrentValuesComeFromTheWindowAndFailToZero) {
-    FakeDisplay display;
-    test::FakeUi ui;
-    clsScrRes res(display, ui);
-    int window = 0;
-    EXPECT_EQ(res.CurrentHRes(&window), 1024);
-    EXPECT_EQ(display.lastWindow, &window);
-    EXPECT_EQ(res.CurrentVRes(&window), 768);
-    EXPECT_EQ(res.CurrentColorResolution(&window), 16);
-    EXPECT_EQ(res.CurrentColorResolutionString(&window), "High Color");
-    display.failCaps = true;
-    EXPECT_EQ(res.CurrentHRes(&window), 0);
-    EXPECT_EQ(res.CurrentColorResolution(&window), 0);
-    EXPECT_EQ(res.CurrentColorResolutionString(&window), "");
-}
-
-TEST(ScreenResolution, SetDisplayAppliesForGoodWhenTheSystemCan) {
-    FakeDisplay display({{800, 600, 16}, {1024, 768, 32}});
-    test::FakeUi ui;
-    clsScrRes res(display, ui);
-    res.SetDisplay(1);
-    EXPECT_EQ(display.changes, (std::vector<FakeDisplay::Change>{{1, 4}, {1, 1}}));
-    EXPECT_EQ(display.broadcasts, (std::vector<std::pair<uintptr_t, intptr_t>>{{42, 0}}));
-    EXPECT_TRUE(ui.messages.empty());
-    EXPECT_TRUE(display.exits.empty());
-}
-
-TEST(ScreenResolution, SetDisplayAsksToRestartWhenTheSystemNeedsIt) {
-    for (int answer : {kIdYes, kIdNo}) {
-        FakeDisplay display({{800, 600, 16}});
-        display.answer = DisplayPlatform::kChangeRestart;
+TEST(ScreenResolution, SetDisplayTriesTheModeThenAppliesItForGoodOrSaysWhy) {
+    const std::string restart =
+        "You must restart your computer to apply these changes.\r\n\r\nDo you want to restart now?";
+    const std::string refused = "That resolution and bit depth is not supported";
+    const struct {
+        const char* what;
+        long answer;  // to the full-screen test
+        int userSays;
+        std::vector<FakeDisplay::Change> changes;
+        size_t broadcasts;
+        std::string message;
+        unsigned style;
+        size_t exits;
+    } cases[] = {
+        {"the system can", DisplayPlatform::kChangeSuccessful, kIdOk, {{1, 4}, {1, 1}}, 1, "", 0, 0},
+        {"restart, yes", DisplayPlatform::kChangeRestart, kIdYes, {{1, 4}}, 0, restart, 0x1024, 1},
+        {"restart, no", DisplayPlatform::kChangeRestart, kIdNo, {{1, 4}}, 0, restart, 0x1024, 0},
+        {"refused", -2, kIdOk, {{1, 4}}, 0, refused, 0x1030, 0},
+        {"refused otherwise", 2, kIdOk, {{1, 4}}, 0, refused, 0x1030, 0},
+    };
+    for (const auto& c : cases) {
+        FakeDisplay display({{800, 600, 16}, {1024, 768, 32}});
+        display.answer = c.answer;
         test::FakeUi ui;
-        ui.answers = {answer};
+        ui.answers = {c.userSays};
         clsScrRes res(display, ui);
-        res.SetDisplay(0);
-        ASSERT_EQ(ui.messages.size(), 1u);
-        EXPECT_EQ(ui.messages[0].text,
-                  "You must restart your computer to apply these changes.\r\n\r\nDo you want to restart now?");
-        EXPECT_EQ(ui.messages[0].title, "Screen Resolution");
-        EXPECT_EQ(ui.messages[0].style, 0x1024u);
-        EXPECT_EQ(display.changes.size(), 1u) << "nothing is made permanent";
-        EXPECT_TRUE(display.broadcasts.empty());
-        if (answer == kIdYes) {
-            EXPECT_EQ(display.exits, (std::vector<std::pair<uint32_t, uint32_t>>{{2, 0}}));
-        } else {
-            EXPECT_TRUE(display.exits.empty());
+        res.SetDisplay(2);
+        res.SetDisplay(-1);
+        EXPECT_TRUE(display.changes.empty()) << "outside the table nothing is done";
+        res.SetDisplay(1);
+        EXPECT_EQ(display.changes, c.changes) << c.what;
+        EXPECT_EQ(display.broadcasts.size(), c.broadcasts) << c.what;
+        if (c.broadcasts != 0) {
+            EXPECT_EQ(display.broadcasts[0], (std::pair<uintptr_t, intptr_t>{42, 0}));
+        }
+        EXPECT_EQ(ui.messages.size(), c.message.empty() ? 0u : 1u) << c.what;
+        if (!c.message.empty()) {
+            EXPECT_EQ(ui.messages[0].text, c.message);
+            EXPECT_EQ(ui.messages[0].title, c.message == restart ? "Screen Resolution" : "Error");
+            EXPECT_EQ(ui.messages[0].style, c.style);
+        }
+        EXPECT_EQ(display.exits.size(), c.exits) << c.what;
+        if (c.exits != 0) {
+            EXPECT_EQ(display.exits[0], (std::pair<uint32_t, uint32_t>{2, 0}));
         }
     }
-}
-
-TEST(ScreenResolution, SetDisplaySaysWhenTheSystemRefusesTheMode) {
-    for (long refusal : {-2L, -1L, 2L, -5L}) {
-        FakeDisplay display({{800, 600, 16}});
-        display.answer = refusal;
-        test::FakeUi ui;
-        clsScrRes res(display, ui);
-        res.SetDisplay(0);
-        ASSERT_EQ(ui.messages.size(), 1u);
-        EXPECT_EQ(ui.messages[0].text, "That resolution and bit depth is not supported");
-        EXPECT_EQ(ui.messages[0].title, "Error");
-        EXPECT_EQ(ui.messages[0].style, 0x1030u);
-        EXPECT_EQ(display.changes.size(), 1u);
-        EXPECT_TRUE(display.broadcasts.empty());
-        EXPECT_TRUE(display.exits.empty());
-    }
-}
-
-TEST(ScreenResolution, SetDisplayOutsideTheTableDoesNothing) {
-    FakeDisplay display({{800, 600, 16}});
-    test::FakeUi ui;
-    clsScrRes res(display, ui);
-    res.SetDisplay(1);
-    res.SetDisplay(-1);
-    EXPECT_TRUE(display.changes.empty());
-    EXPECT_TRUE(ui.messages.empty());
-}
-
-TEST(ScreenResolution, EachObjectEnumeratesAfresh) {
-    FakeDisplay display({{800, 600, 16}, {1024, 768, 16}});
-    test::FakeUi ui;
-    clsScrRes first(display, ui);
-    EXPECT_EQ(display.enumerations, 3) << "two modes and the answer that ends the list";
-    clsScrRes second(display, ui);
-    EXPECT_EQ(display.enumerations, 6);
 }
 
 }  // namespace

@@ -8,22 +8,16 @@ namespace {
 TEST(ImageFacts, SizeTextThresholdsAreDecimalWhileTheDivisorIsNot) {
     const std::pair<double, const char*> cases[] = {
         {0, "0 bytes"},
-        {9876, "9876 bytes"},
         {10000, "10000 bytes"},
         {10001, "10 KB"},
-        {10240, "10 KB"},
         {10752, "10 KB"},  // 10.5 KB: halves go to the even neighbour
         {11776, "12 KB"},  // 11.5 KB
-        {544768, "532 KB"},
         {1024000, "1000 KB"},
         {1024512, "1000 KB"},  // 1000.5 rounds to 1000, not over the
                                // threshold
         {1025000, "1 MB"},
-        {1048576, "1 MB"},
-        {2621440, "2 MB"},  // 2.5 MB
-        {3670016, "4 MB"},  // 3.5 MB
-        {75497472, "72 MB"},
-        {5368709120.0, "5120 MB"},
+        {2621440, "2 MB"},            // 2.5 MB
+        {3670016, "4 MB"},            // 3.5 MB
         {64424509440.0, "61440 MB"},  // past 16 bits: still shown
     };
     for (const auto& [bytes, want] : cases) {
@@ -49,14 +43,11 @@ TEST(ImageFacts, PreviewFitsTheBoxKeepingProportions) {
         {100, 50, 303, 257, PreviewSize{303, 152}},  // 151.5 rounds to the even 152
         {1024, 768, 303, 257, PreviewSize{303, 227}},
         {768, 1024, 303, 257, PreviewSize{193, 257}},
-        {303, 257, 303, 257, PreviewSize{303, 257}},
         {10, 10, 303, 257, PreviewSize{257, 257}},  // small pictures are enlarged too
         {6060, 5140, 303, 257, PreviewSize{303, 257}},
         {1, 30000, 303, 257, PreviewSize{0, 257}},
         {65535, 1, 303, 257, PreviewSize{303, 0}},  // by height it would not fit in 16 bits
-        {800, 600, 200, 150, PreviewSize{200, 150}},
         {0, 600, 200, 150, std::nullopt},
-        {800, 0, 200, 150, std::nullopt},
         {800, 600, 0, 150, std::nullopt},
     };
     for (const FitCase& c : cases) {

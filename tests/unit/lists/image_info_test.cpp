@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <tuple>
 
 #include "base/file_system_posix.h"
+#include "support/picture_bytes.h"
 #include "support/temp_dir.h"
 
 namespace tl {
@@ -12,75 +14,36 @@ namespace {
 
 using Bytes = std::string;
 
-void put16be(Bytes& b, size_t at, uint32_t v) {
-    b[at] = static_cast<char>((v >> 8) & 0xFF);
-    b[at + 1] = static_cast<char>(v & 0xFF);
-}
-void put32be(Bytes& b, size_t at, uint32_t v) {
-    put16be(b, at, v >> 16);
-    put16be(b, at + 2, v & 0xFFFF);
-}
-void put32le(Bytes& b, size_t at, uint32_t v) {
-    for (int k = 0; k < 4; ++k) {
-        b[at + static_cast<size_t>(k)] = static_cast<char>((v >> (8 * k)) & 0xFF);
+// The value's low n bytes, most significant first.
+Bytes bigEndian(uint32_t v, int n) {
+    Bytes b;
+    for (int i = n - 1; i >= 0; --i) {
+        b += static_cast<char>((v >> (8 * i)) & 0xFF);
     }
+    return b;
+}
+Bytes littleEndian16(uint16_t v) {
+    return {static_cast<char>(v & 0xFF), static_cast<char>(v >> 8)};
 }
 
 Bytes png(uint32_t width, uint32_t height, uint8_t bitDepth, uint8_t colourType, char fourth = 'G') {
-    Bytes b("\x89PN", 3);
-    b += fourth;
-    b += std::string("\r\n\x1A\n", 4);
-    b += std::string("\0\0\0\x0DIHDR", 8);
-    b.resize(33, '\0');
-    put32be(b, 16, width);
-    put32be(b, 20, height);
-    b[24] = static_cast<char>(bitDepth);
-    b[25] = static_cast<char>(colourType);
-    return b;
+    return Bytes("\x89PN", 3) + fourth + Bytes("\r\n\x1A\n\0\0\0\x0DIHDR", 12) + bigEndian(width, 4) +
+           bigEndian(height, 4) + static_cast<char>(bitDepth) + static_cast<char>(colourType) + Bytes(7, '\0');
 }
 
 Bytes gif(uint16_t width, uint16_t height, uint8_t packed) {
-    Bytes b = "GIF89a";
-    b += static_cast<char>(width & 0xFF);
-    b += static_cast<char>(width >> 8);
-    b += static_cast<char>(height & 0xFF);
-    b += static_cast<char>(height >> 8);
-    b += static_cast<char>(packed);
-    b += std::string("\0\0", 2);
-    return b;
-}
-
-Bytes bmp(int32_t width, int32_t height, uint16_t bits) {
-    Bytes b(54, '\0');
-    b[0] = 'B';
-    b[1] = 'M';
-    put32le(b, 14, 40);
-    put32le(b, 18, static_cast<uint32_t>(width));
-    put32le(b, 22, static_cast<uint32_t>(height));
-    b[26] = 1;
-    b[28] = static_cast<char>(bits & 0xFF);
-    b[29] = static_cast<char>(bits >> 8);
-    return b;
+    return "GIF89a" + littleEndian16(width) + littleEndian16(height) + static_cast<char>(packed) + Bytes(2, '\0');
 }
 
 // A marker segment: FF, marker, big-endian length (counting itself), then length - 2 bytes of payload.
 Bytes segment(uint8_t marker, size_t length, char fill = '\x11') {
-    Bytes b;
-    b += '\xFF';
-    b += static_cast<char>(marker);
-    b += static_cast<char>((length >> 8) & 0xFF);
-    b += static_cast<char>(length & 0xFF);
-    b += Bytes(length - 2, fill);
-    return b;
+    return '\xFF' + (static_cast<char>(marker) + bigEndian(static_cast<uint32_t>(length), 2)) + Bytes(length - 2, fill);
 }
 
+// A start-of-frame segment: 8-bit samples, the size, and the components (their records left zero).
 Bytes frame(uint8_t marker, uint16_t width, uint16_t height, uint8_t components) {
-    Bytes b = segment(marker, 8 + 3 * components, '\0');
-    b[4] = 8;  // sample precision
-    put16be(b, 5, height);
-    put16be(b, 7, width);
-    b[9] = static_cast<char>(components);
-    return b;
+    Bytes b = segment(marker, 8 + 3u * components, '\0');
+    return b.replace(4, 6, '\x08' + bigEndian(height, 2) + bigEndian(width, 2) + static_cast<char>(components));
 }
 
 const Bytes kSoi("\xFF\xD8", 2);
@@ -97,71 +60,51 @@ struct Expect {
     int depth;
 };
 
-struct HeaderCase {
-    const char* what;
-    Bytes bytes;
-    Expect want;
-};
-
-class HeaderTable : public ::testing::Test {
-  protected:
-    static Expect read(const Bytes& bytes) {
-        PosixFileSystem fs;
-        cImageInfo info(fs);
-        info.readHeader(bytes);
-        return {info.ImageType(), info.Width(), info.Height(), info.Depth()};
-    }
-    static void check(const std::vector<HeaderCase>& cases) {
-        for (const HeaderCase& c : cases) {
-            const Expect got = read(c.bytes);
-            EXPECT_EQ(got.type, c.want.type) << c.what;
-            EXPECT_EQ(got.width, c.want.width) << c.what;
-            EXPECT_EQ(got.height, c.want.height) << c.what;
-            EXPECT_EQ(got.depth, c.want.depth) << c.what;
-        }
-    }
-};
-
 constexpr int32_t G = cImageInfo::kGif, J = cImageInfo::kJpeg, P = cImageInfo::kPng, B = cImageInfo::kBmp;
 const Expect kUnknown{0, 0, 0, 0};
 
-TEST_F(HeaderTable, Png) {
-    check({
-        {"RGB 8", png(640, 480, 8, 2), {P, 640, 480, 24}},
-        {"odd size", png(1, 65535, 8, 2), {P, 1, 65535, 24}},
-        {"wider than 16 bits", png(70000, 3, 8, 2), {P, 4464, 3, 24}},
-        {"grey 1 bit", png(5, 7, 1, 0), {P, 5, 7, 1}},
-        {"grey 16 bit", png(5, 7, 16, 0), {P, 5, 7, 16}},
-        {"palette of 4 bits", png(9, 9, 4, 3), {P, 9, 9, 8}},
-        {"grey with alpha", png(9, 9, 8, 4), {P, 9, 9, 16}},
-        {"RGBA 16", png(9, 9, 16, 6), {P, 9, 9, 64}},
-        {"RGBA with a nonsense depth keeps 8 bits", png(9, 9, 100, 6), {P, 9, 9, 144}},
-        {"fourth signature byte not looked at", png(33, 44, 8, 2, 'X'), {P, 33, 44, 24}},
-        {"colour type 5", png(9, 9, 8, 5), kUnknown},
-        {"colour type 5 with a JPEG further on", png(9, 9, 8, 5) + jpeg(0xC0, 120, 80), {J, 120, 80, 24}},
-        {"signature only", Bytes("\x89PN", 3), {P, 0, 0, 0}},
-        {"header cut after the width", png(300, 200, 8, 2).substr(0, 22), {P, 300, 0, 0}},
-    });
+void check(const std::vector<std::tuple<const char*, Bytes, Expect>>& cases) {
+    PosixFileSystem fs;
+    cImageInfo info(fs);
+    for (const auto& [what, bytes, want] : cases) {
+        info.readHeader(bytes);
+        EXPECT_EQ(info.ImageType(), want.type) << what;
+        EXPECT_EQ(info.Width(), want.width) << what;
+        EXPECT_EQ(info.Height(), want.height) << what;
+        EXPECT_EQ(info.Depth(), want.depth) << what;
+    }
 }
 
-TEST_F(HeaderTable, GifAndBmp) {
+TEST(ImageHeaders, PngGifAndBmp) {
     check({
+        {"PNG RGB 8", png(640, 480, 8, 2), {P, 640, 480, 24}},
+        {"PNG wider than 16 bits", png(70000, 3, 8, 2), {P, 4464, 3, 24}},
+        {"PNG grey 1 bit", png(5, 7, 1, 0), {P, 5, 7, 1}},
+        {"PNG palette of 4 bits", png(9, 9, 4, 3), {P, 9, 9, 8}},
+        {"PNG grey with alpha", png(9, 9, 8, 4), {P, 9, 9, 16}},
+        {"PNG RGBA 16", png(9, 9, 16, 6), {P, 9, 9, 64}},
+        {"PNG RGBA with a nonsense depth keeps 8 bits", png(9, 9, 100, 6), {P, 9, 9, 144}},
+        {"PNG fourth signature byte not looked at", png(33, 44, 8, 2, 'X'), {P, 33, 44, 24}},
+        {"PNG colour type 5", png(9, 9, 8, 5), kUnknown},
+        {"PNG colour type 5 with a JPEG further on", png(9, 9, 8, 5) + jpeg(0xC0, 120, 80), {J, 120, 80, 24}},
+        {"PNG header cut after the width", png(300, 200, 8, 2).substr(0, 22), {P, 300, 0, 0}},
         {"GIF 0xF7", gif(320, 200, 0xF7), {G, 320, 200, 8}},
-        {"GIF 0x80", gif(1, 2, 0x80), {G, 1, 2, 1}},
         {"GIF 0x00", gif(65535, 257, 0x00), {G, 65535, 257, 1}},
         {"GIF cut to its signature", Bytes("GIF"), {G, 0, 0, 1}},
-        {"BMP 800x600x24", bmp(800, 600, 24), {B, 800, 600, 24}},
-        {"BMP top-down", bmp(800, -600, 24), {B, 800, 64936, 24}},
-        {"BMP wider than 16 bits", bmp(70000, 1, 8), {B, 4464, 1, 8}},
-        {"BMP 32 bits", bmp(3, 5, 32), {B, 3, 5, 32}},
-        {"BMP depth field low byte", bmp(3, 5, 0x0110), {B, 3, 5, 0x10}},
-        {"BMP cut inside the height", bmp(1024, 768, 24).substr(0, 23), {B, 1024, 0, 0}},
-        {"BM and nothing else", Bytes("BM"), {B, 0, 0, 0}},
+        {"BMP 800x600x24", test::bmpHeader(800, 600), {B, 800, 600, 24}},
+        {"BMP top-down", test::bmpHeader(800, -600), {B, 800, 64936, 24}},
+        {"BMP wider than 16 bits", test::bmpHeader(70000, 1, 8), {B, 4464, 1, 8}},
+        {"BMP depth field low byte", test::bmpHeader(3, 5, 0x0110), {B, 3, 5, 0x10}},
+        {"BMP cut inside the height", test::bmpHeader(1024, 768).substr(0, 23), {B, 1024, 0, 0}},
+        {"empty", Bytes(), kUnknown},
+        {"text", Bytes("This is not a picture at all.\r\n"), kUnknown},
+        {"zeros", Bytes(70000, '\0'), kUnknown},
+        {"all FF", Bytes(70000, '\xFF'), kUnknown},
     });
 }
 
-TEST_F(HeaderTable, JpegFrames) {
-    std::vector<HeaderCase> cases;
+TEST(ImageHeaders, Jpeg) {
+    std::vector<std::tuple<const char*, Bytes, Expect>> cases;
     for (int m = 0xC0; m <= 0xCF; ++m) {
         const bool frameMarker = m != 0xC4 && m != 0xC8 && m != 0xCC;
         // A C4/C8/CC look-alike with a frame's layout is skipped by its length; a real frame follows.
@@ -171,9 +114,6 @@ TEST_F(HeaderTable, JpegFrames) {
     }
     check(cases);
     check({
-        {"baseline", jpeg(0xC0, 1024, 768), {J, 1024, 768, 24}},
-        {"progressive", jpeg(0xC2, 3000, 2000), {J, 3000, 2000, 24}},
-        {"arithmetic", jpeg(0xC9, 7, 9), {J, 7, 9, 24}},
         {"grey", jpeg(0xC0, 1, 1, 1), {J, 1, 1, 8}},
         {"CMYK", jpeg(0xC0, 5, 5, 4), {J, 5, 5, 32}},
         {"depth computed in 8 bits", jpeg(0xC0, 5, 5, 33), {J, 5, 5, 8}},
@@ -183,24 +123,19 @@ TEST_F(HeaderTable, JpegFrames) {
          {J, 50, 60, 24}},
         {"start of image after other bytes", Bytes(1000, '\x42') + jpeg(0xC0, 640, 480), {J, 640, 480, 24}},
         {"FF D8 not followed by FF", Bytes("\xFF\xD8\x00", 3) + frame(0xC0, 640, 480, 3), kUnknown},
-        {"start of image only", Bytes("\xFF\xD8\xFF", 3), kUnknown},
         {"stand-alone marker read as if it had a length",
          kSoi + Bytes("\xFF\x01\x00\x02", 4) + frame(0xC0, 3, 4, 3),
          {J, 3, 4, 24}},
     });
-}
 
-TEST_F(HeaderTable, JpegFrameBeyondTheFirst64KiB) {
-    // A large thumbnail in APP1 pushes the frame header out of the buffer: unknown, all zero.
-    check({{"frame past 64 KiB", kSoi + segment(0xE1, 65530) + frame(0xC0, 4000, 3000, 3), kUnknown}});
-
-    // At the edge: after SOI and an APP0 of length L the next marker stands at 4 + L. The walk still
-    // takes a marker at 65,524 and gives up at 65,525.
+    // A large thumbnail in APP1 pushes the frame header out of the 64 KiB buffer: unknown, all zero. At the
+    // edge: after SOI and an APP0 of length L the next marker stands at 4 + L. The walk still takes a marker
+    // at 65,524 and gives up at 65,525.
     const auto atOffset = [](size_t markerAt) {
-        Bytes b = kSoi + segment(0xE0, markerAt - 4, '\0') + frame(0xC0, 0x1234, 0x0567, 3);
-        return b;
+        return kSoi + segment(0xE0, markerAt - 4, '\0') + frame(0xC0, 0x1234, 0x0567, 3);
     };
     check({
+        {"frame past 64 KiB", kSoi + segment(0xE1, 65530) + frame(0xC0, 4000, 3000, 3), kUnknown},
         {"frame at 65,524", atOffset(65524), {J, 0x1234, 0x0567, 24}},
         {"frame at 65,525", atOffset(65525), kUnknown},
         {"frame cut at the buffer's end", atOffset(65524).substr(0, 65536), {J, 0x1234, 0x0567, 24}},
@@ -209,32 +144,12 @@ TEST_F(HeaderTable, JpegFrameBeyondTheFirst64KiB) {
     });
 }
 
-TEST_F(HeaderTable, TooShortGarbageAndEmpty) {
-    check({
-        {"empty", Bytes(), kUnknown},
-        {"one byte", Bytes("\xFF", 1), kUnknown},
-        {"two bytes", Bytes("\xFF\xD8", 2), kUnknown},
-        {"text", Bytes("This is not a picture at all.\r\n"), kUnknown},
-        {"zeros", Bytes(70000, '\0'), kUnknown},
-        {"all FF", Bytes(70000, '\xFF'), kUnknown},
-        {"FF D8 repeated",
-         [] {
-             Bytes b;
-             while (b.size() < 70000) {
-                 b += Bytes("\xFF\xD8", 2);
-             }
-             return b;
-         }(),
-         kUnknown},
-    });
-}
-
 // Random and mangled headers: under AddressSanitizer any read outside the 64 KiB buffer fails here.
 TEST(ImageInfo, NeverReadsOutsideItsBufferWhateverTheBytes) {
     std::mt19937 gen(77);
     PosixFileSystem fs;
     cImageInfo info(fs);
-    const Bytes seeds[] = {jpeg(0xC0, 640, 480), png(9, 9, 8, 2), gif(1, 1, 0), bmp(2, 2, 24),
+    const Bytes seeds[] = {jpeg(0xC0, 640, 480), png(9, 9, 8, 2), gif(1, 1, 0), test::bmpHeader(2, 2),
                            kSoi + segment(0xE1, 65000)};
     std::uniform_int_distribution<int> byte(0, 255);
     for (int round = 0; round < 1500; ++round) {
@@ -248,9 +163,7 @@ TEST(ImageInfo, NeverReadsOutsideItsBufferWhateverTheBytes) {
                 c = static_cast<char>(r < 96 ? 0xFF : (r < 160 ? 0xC0 + (r & 15) : r));
             }
             if (n > 3 && round % 2) {
-                b[0] = '\xFF';
-                b[1] = '\xD8';
-                b[2] = '\xFF';
+                b.replace(0, 3, "\xFF\xD8\xFF");
             }
         } else {
             b = seeds[static_cast<size_t>(round) % std::size(seeds)];
@@ -301,10 +214,8 @@ TEST(ImageInfo, ReadsFilesAndReportsOnesItCannotOpen) {
     } catch (const ImageReadError& e) {
         EXPECT_EQ(e.path(), dir.file("missing.jpg"));
     }
-    EXPECT_EQ(info.ImageType(), 0) << "the values are reset before the failure";
-    EXPECT_EQ(info.Width(), 0);
-    EXPECT_EQ(info.Height(), 0);
-    EXPECT_EQ(info.Depth(), 0);
+    EXPECT_EQ(std::tuple(info.ImageType(), info.Width(), info.Height(), info.Depth()), std::tuple(0, 0, 0, 0))
+        << "the values are reset before the failure";
     EXPECT_FALSE(dir.exists("missing.jpg")) << "reading never creates a file";
 }
 

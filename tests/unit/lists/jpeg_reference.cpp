@@ -16,35 +16,20 @@ bool run(const std::string& command) {
     return std::system((command + " 2>/dev/null").c_str()) == 0;
 }
 
-std::string bytes(const std::vector<uint8_t>& v) {
-    return std::string(v.begin(), v.end());
-}
-
-// A binary PPM (P6) or PGM (P5) with maxval 255, as djpeg writes them.
-std::optional<RgbImage> parsePnm(const std::string& data) {
+// The binary PPM djpeg writes with -rgb, grey pictures included.
+std::optional<RgbImage> parsePpm(const std::string& data) {
     std::istringstream in(data);
     std::string magic;
-    int width = 0;
-    int height = 0;
+    RgbImage image;
     int maxval = 0;
-    in >> magic >> width >> height >> maxval;
+    in >> magic >> image.width >> image.height >> maxval;
     in.get();
-    if ((magic != "P6" && magic != "P5") || width <= 0 || height <= 0 || maxval != 255) {
-        return std::nullopt;
-    }
-    const int channels = magic == "P6" ? 3 : 1;
     const auto start = static_cast<size_t>(in.tellg());
-    const size_t size = static_cast<size_t>(width) * height * channels;
-    if (data.size() < start + size) {
+    const size_t size = static_cast<size_t>(image.width) * image.height * 3;
+    if (magic != "P6" || image.width <= 0 || image.height <= 0 || maxval != 255 || data.size() < start + size) {
         return std::nullopt;
     }
-    RgbImage image{width, height, {}};
-    image.rgb.resize(static_cast<size_t>(width) * height * 3);
-    for (size_t i = 0; i < static_cast<size_t>(width) * height; ++i) {
-        for (size_t c = 0; c < 3; ++c) {
-            image.rgb[i * 3 + c] = static_cast<uint8_t>(data[start + i * channels + (channels == 3 ? c : 0)]);
-        }
-    }
+    image.rgb.assign(data.begin() + static_cast<ptrdiff_t>(start), data.begin() + static_cast<ptrdiff_t>(start + size));
     return image;
 }
 
@@ -86,10 +71,10 @@ std::vector<uint8_t> encodeJpeg(const TempDir& dir, const RgbImage& picture, con
 }
 
 std::optional<RgbImage> referenceDecode(const TempDir& dir, const std::vector<uint8_t>& jpeg) {
-    dir.write("ref.jpg", bytes(jpeg));
+    dir.write("ref.jpg", std::string(jpeg.begin(), jpeg.end()));
     // djpeg exits with 2 after warnings (a file cut short) and still writes the picture.
-    std::system(("djpeg -outfile " + dir.file("ref.pnm") + " " + dir.file("ref.jpg") + " 2>/dev/null").c_str());
-    return parsePnm(dir.read("ref.pnm"));
+    std::system(("djpeg -rgb -outfile " + dir.file("ref.ppm") + " " + dir.file("ref.jpg") + " 2>/dev/null").c_str());
+    return parsePpm(dir.read("ref.ppm"));
 }
 
 std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads) {

@@ -1,4 +1,8 @@
 #include "manager/duplicate_index.h"
+
+#include <tuple>
+#include <utility>
+
 #include "manager/manager_fixture.h"
 
 namespace tl::test {
@@ -23,7 +27,7 @@ TEST(DuplicateIndex, AnswersAsTheListBoxExactSearch) {
     EXPECT_FALSE(index.contains("C:\\Photos\\Sea.jpg"));
 }
 
-TEST_F(Adding, DuplicatesDifferingOnlyInCaseAreSkippedSilently) {
+TEST_F(Adding, DuplicatesDifferingOnlyInCaseAreSkippedSilentlyUnlessTheCheckIsOff) {
     view.dir1 = "C:\\Photos";
     view.selectedFiles = {"Sea.jpg"};
     manager.addFiles();
@@ -34,64 +38,45 @@ TEST_F(Adding, DuplicatesDifferingOnlyInCaseAreSkippedSilently) {
     EXPECT_TRUE(ui.messages.empty());
     EXPECT_TRUE(manager.checkDupe("c:\\photos\\sea.jpg"));
     EXPECT_FALSE(manager.checkDupe("c:\\photos"));
-}
 
-TEST_F(Adding, WithTheCheckOffTheSameFileIsAddedTwice) {
     app.settings.CheckForDuplicates = false;
-    view.dir1 = "C:\\Photos";
-    view.selectedFiles = {"Sea.jpg", "Sea.jpg"};
     manager.addFiles();
-    EXPECT_EQ(list1.count(), 2);
+    EXPECT_EQ(list1.count(), 4);
     expectAligned();
 }
 
-TEST_F(Adding, ASelectedFileInADriveRootGetsADoubledSeparatorAndIsNoDuplicateOfItsDrop) {
-    file("C:\\a.jpg");
-    view.dir1 = "C:\\";
-    view.selectedFiles = {"a.jpg"};
-    manager.addFiles();
-    manager.dropFiles({"C:\\a.jpg"});
-    EXPECT_THAT(list1.lines(), ElementsAre("C:\\\\a.jpg", "C:\\a.jpg"));
-    EXPECT_EQ(view.log, "busy;idle;hideList;showList;") << "selected files show no entry controls";
-}
-
-TEST_F(Adding, AddFilesKeepsTheSelectionOrderAndTheChosenOrientation) {
+TEST_F(Adding, SelectedFilesKeepTheirOrderAndOrientationAndInADriveRootGetADoubledSeparator) {
     view.dir1 = "C:\\P";
     view.selectedFiles = {"b.gif", "a.jpg"};
     view.addOrientation_ = kScale;
     manager.addFiles();
-    EXPECT_THAT(list1.lines(), ElementsAre("C:\\P\\b.gif", "C:\\P\\a.jpg"));
-    EXPECT_EQ(manager.entries()[0].orientation, kScale);
     EXPECT_EQ(manager.entries()[1].orientation, kScale);
     EXPECT_EQ(manager.entries()[0].width, 0) << "only Auto reads the picture";
+    view.addOrientation_ = kCenter;
+    file("C:\\a.jpg");
+    view.dir1 = "C:\\";
+    view.selectedFiles = {"a.jpg"};
+    view.log.clear();
+    manager.addFiles();
+    manager.dropFiles({"C:\\a.jpg"});
+    EXPECT_THAT(list1.lines(), ElementsAre("C:\\P\\b.gif", "C:\\P\\a.jpg", "C:\\\\a.jpg", "C:\\a.jpg"))
+        << "the drop is no duplicate of the doubled separator";
+    EXPECT_EQ(view.log, "busy;idle;hideList;showList;") << "selected files show no entry controls";
 }
 
-struct AutoCase {
-    int width;
-    int height;
-    Orientation want;
-};
-
-TEST_F(Adding, AutoReadsEachPictureStoresItsSizeAndResolvesTheOrientation) {
-    const AutoCase cases[] = {{800, 600, kStretch}, {400, 600, kTile}, {1000, 2000, kCenter}};
+TEST_F(Adding, AutoReadsEachPictureAndRefusesAnInvalidOneLeavingAnEmptiedElement) {
+    const std::tuple<int, int, Orientation> cases[] = {{800, 600, kStretch}, {400, 600, kTile}, {1000, 2000, kCenter}};
     manager.load(1024, 768);
-    for (const auto& c : cases) {
-        const std::string path = "C:\\p" + std::to_string(c.width) + ".bmp";
-        file(path, bmpHeader(c.width, c.height));
+    for (const auto& [width, height, orientation] : cases) {
+        const std::string path = "C:\\p" + std::to_string(width) + ".bmp";
+        file(path, bmpHeader(width, height));
         ASSERT_TRUE(manager.addEntry(path, kAuto)) << path;
         const WallpaperEntry& e = manager.entries()[static_cast<size_t>(list1.count() - 1)];
-        EXPECT_EQ(e.orientation, c.want) << path;
-        EXPECT_EQ(e.width, c.width);
-        EXPECT_EQ(e.height, c.height);
+        EXPECT_EQ(e.orientation, orientation) << path;
+        EXPECT_EQ(e.width, width) << "the size is stored";
+        EXPECT_EQ(e.height, height);
     }
-    expectAligned();
-}
-
-TEST_F(Adding, AnInvalidPictureIsRefusedWithItsMessageAndLeavesAnEmptiedElement) {
-    manager.load(1024, 768);
-    file("C:\\good.bmp", bmpHeader(640, 480));
     file("C:\\bad.jpg", "not a picture at all");
-    ASSERT_TRUE(manager.addEntry("C:\\good.bmp", kAuto));
     for (const char* path : {"C:\\bad.jpg", "C:\\missing.jpg"}) {
         ui.messages.clear();
         EXPECT_FALSE(manager.addEntry(path, kAuto));
@@ -102,22 +87,22 @@ TEST_F(Adding, AnInvalidPictureIsRefusedWithItsMessageAndLeavesAnEmptiedElement)
         EXPECT_EQ(ui.messages[0].title, "Error");
         EXPECT_EQ(ui.messages[0].style, kMbOk);
     }
-    EXPECT_THAT(list1.lines(), ElementsAre("C:\\good.bmp"));
-    // The good entry, the element emptied by the first refusal (the second refused add reused it), the spare.
-    ASSERT_EQ(manager.entries().size(), 4u);
-    EXPECT_EQ(manager.entries()[1].path, "");
-    EXPECT_EQ(manager.entries()[2].path, "");
-
-    // The next add takes the emptied slot, so entry i is still line i.
+    EXPECT_EQ(list1.count(), 3);
+    // Each refused add leaves an emptied element behind; the next add takes the first, so entry i is still
+    // line i.
+    ASSERT_EQ(manager.entries().size(), 6u);
+    EXPECT_EQ(manager.entries()[3].path, "");
     ASSERT_TRUE(manager.addEntry("C:\\later.jpg", kTile));
-    EXPECT_EQ(manager.entries()[1].path, "C:\\later.jpg");
-    EXPECT_EQ(imageCount(manager.entries()), 4) << "the refused adds' elements stay behind";
+    EXPECT_EQ(manager.entries()[3].path, "C:\\later.jpg");
+    EXPECT_EQ(imageCount(manager.entries()), 6) << "the refused adds' elements stay behind";
 }
 
-TEST_F(Adding, SortingCompactsSoThatEntriesStayAlignedWithTheList) {
+TEST_F(Adding, SortingCompactsSoThatEntriesStayAlignedWithTheListAndDropsPathsThatNameNoPicture) {
+    fs.writeNewFile("C:\\list.wall", "C:\\b.jpg\t1\r\nC:\\notes.txt\t0\r\n");
+    app.listPath = "C:\\list.wall";
     manager.load(1024, 768);
+    ASSERT_EQ(list1.count(), 2) << "a loaded list shows every line";
     file("C:\\bad.jpg", "junk");
-    manager.addEntry("C:\\b.jpg", kTile);
     manager.addEntry("C:\\bad.jpg", kAuto);  // refused: an emptied element, which sorts first
     manager.addEntry("C:\\A.jpg", kStretch);
     manager.addEntry("C:\\bad.jpg", kAuto);
@@ -131,17 +116,7 @@ TEST_F(Adding, SortingCompactsSoThatEntriesStayAlignedWithTheList) {
     EXPECT_EQ(manager.entries()[1].orientation, kTile);
     EXPECT_EQ(manager.entries()[2].orientation, kScale);
     EXPECT_EQ(view.hourglass, 0);
-    EXPECT_EQ(view.caption(), "Tessaline") << "the caption comes back after \"Sorting...\"";
-}
-
-TEST_F(Adding, SortingDropsListedPathsThatNameNoPicture) {
-    fs.writeNewFile("C:\\list.wall", "C:\\b.jpg\t1\r\nC:\\notes.txt\t0\r\nC:\\a.gif\t2\r\n");
-    app.listPath = "C:\\list.wall";
-    manager.load(1024, 768);
-    ASSERT_EQ(list1.count(), 3) << "a loaded list shows every line";
-    manager.sortList();
-    EXPECT_THAT(list1.lines(), ElementsAre("C:\\a.gif", "C:\\b.jpg"));
-    expectAligned();
+    EXPECT_EQ(view.caption(), "Tessaline (C:\\list.wall)") << "the caption comes back after \"Sorting...\"";
 }
 
 TEST_F(Adding, ADropAddsFilesAndFoldersAndSortsOnceAtTheEnd) {
@@ -165,9 +140,11 @@ TEST_F(Adding, WhileBusyAddsBeepDropsAreIgnoredAndTheWindowStaysOpen) {
     file("C:\\Busy\\a.jpg");
     view.dir1 = view.highlighted = "C:\\Busy";
     view.selectedFiles = {"x.jpg"};
-    bool closed = true;
+    bool closed = true, once = false;
     view.onProgress = [&] {
-        view.onProgress = nullptr;
+        if (std::exchange(once, true)) {
+            return;
+        }
         manager.addFiles();
         manager.addFolder();
         manager.dropFiles({"C:\\Busy\\a.jpg", "C:\\other.jpg"});

@@ -50,8 +50,6 @@ TEST_F(FileBrowser, TheFileListShowsThePatternsPicturesOnceInNameOrder) {
     }
     folder("C:\\P\\folder.jpg");
     EXPECT_THAT(listPictureFiles(fs, "C:\\P"), ElementsAre("a.gif", "b.JPG", "c.jpeg", "D.bmp"));
-    EXPECT_EQ(kFile1Pattern, "*.bmp;*.gif;*.jpg;*.jpeg");
-    EXPECT_EQ(fileCountText(12), " 12 total files.");
     EXPECT_EQ(fileCountText(0), " 0 total files.");
 }
 

@@ -15,6 +15,7 @@
 #include "manager/list_manager.h"
 #include "support/fake_list_box.h"
 #include "support/fake_ui.h"
+#include "support/picture_bytes.h"
 #include "support/rooted_file_system.h"
 #include "support/temp_dir.h"
 
@@ -30,19 +31,6 @@ class FakeRemover : public FileRemover {
     std::vector<std::string> calls;
     std::set<std::string> keep;
 };
-
-// The first bytes of a 24-bit BMP of the given size: enough for its header to be read.
-inline std::string bmpHeader(int width, int height) {
-    std::string b(54, '\0');
-    b[0] = 'B';
-    b[1] = 'M';
-    for (int i = 0; i < 4; ++i) {
-        b[static_cast<size_t>(18 + i)] = static_cast<char>((width >> (8 * i)) & 0xFF);
-        b[static_cast<size_t>(22 + i)] = static_cast<char>((height >> (8 * i)) & 0xFF);
-    }
-    b[28] = 24;
-    return b;
-}
 
 // A list manager over a real folder tree (drive C: and the others under a temporary folder), a fake list
 // box, a fake window and a fake user.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace tl {
@@ -45,57 +46,44 @@ TEST(ChangeEchoes, EveryInterleavingOfTwoIdenticalReportsActsOnce) {
     }
 }
 
-TEST(ChangeEchoes, OneSourceAloneCarriesOutEveryChange) {
-    ChangeEchoes echoes;
-    int carried = 0;
-    for (int i = 0; i < 6; ++i) {
-        carried +=
-            echoes.admit(kWatcher, i % 2 == 0 ? kAdd : kRemove, "C:\\Pics\\a.jpg", static_cast<uint32_t>(i)) ? 1 : 0;
+TEST(ChangeEchoes, AChangeIsCarriedOutOnceWhicheverSourceReportsItFirst) {
+    const char* const a = "C:\\Pics\\a.jpg";
+    const struct {
+        const char* what;
+        std::vector<std::tuple<ChangeSource, ListAction, const char*, uint32_t, bool>> steps;  // ..., carried out
+    } cases[] = {
+        {"one source alone",
+         {{kWatcher, kAdd, a, 0, true}, {kWatcher, kRemove, a, 1, true}, {kWatcher, kAdd, a, 2, true}}},
+        {"a source repeating itself is one change",
+         {{kShell, kAdd, a, 0, true}, {kShell, kAdd, a, 1, false}, {kWatcher, kAdd, a, 2, false}}},
+        {"the other source's echo of a going", {{kWatcher, kRemove, a, 0, true}, {kShell, kRemove, a, 1, false}}},
+        // The watcher saw the file come; the shell only its going, and before the watcher did. From there on
+        // both are in step.
+        {"a source that missed a report catches up",
+         {{kWatcher, kAdd, a, 0, true},
+          {kShell, kRemove, a, 1, true},
+          {kWatcher, kRemove, a, 2, false},
+          {kShell, kAdd, a, 3, true},
+          {kWatcher, kAdd, a, 4, false}}},
+        {"paths compared without regard to case, and kept apart",
+         {{kWatcher, kAdd, "c:\\pics\\A.jpg", 0, true},
+          {kShell, kAdd, "C:\\Pics\\a.JPG", 1, false},
+          {kShell, kAdd, "C:\\Pics\\b.jpg", 2, true}}},
+        {"a quiet path is forgotten",
+         {{kWatcher, kAdd, a, 0, true}, {kShell, kAdd, a, 1000, false}, {kShell, kAdd, a, 2001, true}}},
+        {"the tick count may wrap", {{kWatcher, kAdd, a, 0xFFFFFF00u, true}, {kShell, kAdd, a, 0x10u, false}}},
+    };
+    for (const auto& c : cases) {
+        ChangeEchoes echoes(1000);
+        for (const auto& [source, action, path, at, carried] : c.steps) {
+            EXPECT_EQ(echoes.admit(source, action, path, at), carried)
+                << c.what << ", " << text(action) << " at " << at;
+        }
     }
-    EXPECT_EQ(carried, 6);
-}
-
-TEST(ChangeEchoes, ASourceRepeatingItselfIsOneChange) {
-    ChangeEchoes echoes;
-    EXPECT_TRUE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.jpg", 0));
-    EXPECT_FALSE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.jpg", 1));
-    EXPECT_FALSE(echoes.admit(kWatcher, kAdd, "C:\\Pics\\a.jpg", 2));
-    EXPECT_TRUE(echoes.admit(kWatcher, kRemove, "C:\\Pics\\a.jpg", 3));
-    EXPECT_FALSE(echoes.admit(kShell, kRemove, "C:\\Pics\\a.jpg", 4));
-}
-
-TEST(ChangeEchoes, ASourceThatMissedAReportCatchesUp) {
-    ChangeEchoes echoes;
-    // The watcher saw the file come; the shell only its going, and before the watcher did.
-    EXPECT_TRUE(echoes.admit(kWatcher, kAdd, "C:\\Pics\\a.jpg", 0));
-    EXPECT_TRUE(echoes.admit(kShell, kRemove, "C:\\Pics\\a.jpg", 1));
-    EXPECT_FALSE(echoes.admit(kWatcher, kRemove, "C:\\Pics\\a.jpg", 2));
-    // From here on both are in step.
-    EXPECT_TRUE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.jpg", 3));
-    EXPECT_FALSE(echoes.admit(kWatcher, kAdd, "C:\\Pics\\a.jpg", 4));
-}
-
-TEST(ChangeEchoes, PathsAreComparedWithoutRegardToCaseAndKeptApart) {
-    ChangeEchoes echoes;
-    EXPECT_TRUE(echoes.admit(kWatcher, kAdd, "c:\\pics\\A.jpg", 0));
-    EXPECT_FALSE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.JPG", 1));
-    EXPECT_TRUE(echoes.admit(kShell, kAdd, "C:\\Pics\\b.jpg", 2));
-}
-
-TEST(ChangeEchoes, AQuietPathIsForgotten) {
     ChangeEchoes echoes(1000);
-    EXPECT_TRUE(echoes.admit(kWatcher, kAdd, "C:\\Pics\\a.jpg", 0));
-    EXPECT_FALSE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.jpg", 1000)) << "at the edge of the window: an echo";
-    EXPECT_EQ(echoes.remembered(), 1u);
-    EXPECT_TRUE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.jpg", 2001)) << "after a quiet spell: a new change";
-    EXPECT_TRUE(echoes.admit(kShell, kAdd, "C:\\Pics\\b.jpg", 5000));
+    echoes.admit(kWatcher, kAdd, a, 0);
+    echoes.admit(kShell, kAdd, "C:\\Pics\\b.jpg", 5000);
     EXPECT_EQ(echoes.remembered(), 1u) << "the quiet path's record is gone";
-}
-
-TEST(ChangeEchoes, TheTickCountMayWrap) {
-    ChangeEchoes echoes(1000);
-    EXPECT_TRUE(echoes.admit(kWatcher, kAdd, "C:\\Pics\\a.jpg", 0xFFFFFF00u));
-    EXPECT_FALSE(echoes.admit(kShell, kAdd, "C:\\Pics\\a.jpg", 0x10u)) << "0x110 ms later, across the wrap";
 }
 
 }  // namespace

@@ -5,32 +5,22 @@
 namespace tl {
 namespace {
 
-TEST(FlashCounter, SixFlashesAt200MsThenRestsAtOneAndStops) {
+TEST(FlashCounter, SixFlashesAt200MsThenRestsAtOneAndStartsOverNextTime) {
     FlashCounter counter;
-    unsigned interval = FlashCounter::kRestingIntervalMs;
+    EXPECT_EQ(counter.tick(1000).interval, 200u) << "a design interval other than 1 is replaced at the first tick";
+    EXPECT_EQ(counter.tick(750).interval, 750u) << "later ticks keep whatever interval the timer has";
     for (int round = 0; round < 2; ++round) {
-        int ticks = 0;
-        bool enabled = true;
-        while (enabled) {
+        unsigned interval = round == 0 ? 750 : FlashCounter::kRestingIntervalMs;
+        int ticks = round == 0 ? 2 : 0;
+        for (bool enabled = true; enabled; ++ticks) {
             const auto t = counter.tick(interval);
-            ++ticks;
             interval = t.interval;
             enabled = t.enabled;
-            if (enabled) {
-                EXPECT_EQ(interval, 200u) << "tick " << ticks;
-            }
         }
         EXPECT_EQ(ticks, 6) << "round " << round;
-        EXPECT_EQ(interval, 1u);
+        EXPECT_EQ(interval, FlashCounter::kRestingIntervalMs);
         EXPECT_EQ(counter.count(), 0) << "the count starts over for the next time the timer is enabled";
     }
-}
-
-TEST(FlashCounter, ADesignIntervalOtherThanOneIsReplacedOnTheFirstTick) {
-    FlashCounter counter;
-    EXPECT_EQ(counter.tick(1000).interval, 200u);
-    EXPECT_EQ(counter.tick(750).interval, 750u) << "later ticks keep whatever interval the timer has";
-    EXPECT_EQ(counter.count(), 2);
 }
 
 }  // namespace

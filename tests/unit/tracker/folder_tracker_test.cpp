@@ -46,33 +46,16 @@ class TrackerTest : public ::testing::Test {
     uint32_t now = 1000;
 };
 
-TEST_F(TrackerTest, LoadListSkipsSlotZeroAndEmptyFoldersAndAddsToWhatIsThere) {
-    tracker.LoadList({"C:\\Slot0", "C:\\Pics", "", "D:\\Photos"});
-    tracker.LoadList({"", "E:\\More"});
-    tracker.LoadList({});
-    EXPECT_EQ(list1.lines(), (std::vector<std::string>{"C:\\Pics", "D:\\Photos", "E:\\More"}));
-}
-
-TEST_F(TrackerTest, GetListEndsWithAnEmptySlot) {
+TEST_F(TrackerTest, LoadListSkipsSlotZeroAndGetListFillsItSoTheHostKeepsTheFoldersThroughTheListFile) {
     EXPECT_EQ(tracker.GetList(), TrackedFolders{""}) << "an empty list box gives the single empty slot 0";
-    track({"C:\\Pics", "D:\\Photos"});
+    tracker.LoadList({"C:\\Slot0", "C:\\Pics", "", "D:\\Photos"});
+    tracker.LoadList({});
+    EXPECT_EQ(list1.lines(), (std::vector<std::string>{"C:\\Pics", "D:\\Photos"}));
     EXPECT_EQ(tracker.GetList(), (TrackedFolders{"C:\\Pics", "D:\\Photos", ""}));
-}
+    tracker.saveFolders();
+    EXPECT_EQ(host.calls, Calls{"folders C:\\Pics|D:\\Photos||"});
 
-TEST_F(TrackerTest, GetListThenLoadListDropsTheFirstFolder) {
-    // GetList fills slot 0 and LoadList never reads it: the two are not inverses, and the host's
-    // setTrackerList is what turns one into the other (the list file's folder lines).
-    track({"C:\\A", "C:\\B"});
-    test::FakeListBox second(false);
-    FolderTracker reloaded(second, host, fs, ui);
-    reloaded.LoadList(tracker.GetList());
-    EXPECT_EQ(second.lines(), (std::vector<std::string>{"C:\\B"}));
-}
-
-TEST_F(TrackerTest, FoldersHandedToTheHostSurviveTheListFile) {
-    // The host keeps GetList's shape (first folder in slot 0) and writes it with the list; reading the
-    // file back gives slot 0 empty, which is what LoadList expects.
-    track({"C:\\Pics", "D:\\Photos"});
+    // GetList and LoadList are not inverses: the list file's folder lines are what turn one into the other.
     WallpaperEntries entries(2);
     entries[0].path = "C:\\Pics\\a.jpg";
     const std::string text = listFileText(entries, tracker.GetList());
@@ -84,11 +67,9 @@ TEST_F(TrackerTest, FoldersHandedToTheHostSurviveTheListFile) {
 }
 
 TEST_F(TrackerTest, MatchesIsASubstringTestInAnyCase) {
+    EXPECT_FALSE(tracker.matches("C:\\Pics\\a.jpg")) << "nothing matches without folders";
     track({"C:\\Pics"});
-    const struct {
-        const char* path;
-        bool expected;
-    } cases[] = {
+    const std::pair<const char*, bool> cases[] = {
         {"C:\\Pics\\a.jpg", true},
         {"C:\\Pics\\Sub\\a.jpg", true},
         {"c:\\PICS\\a.jpg", true},
@@ -98,14 +79,9 @@ TEST_F(TrackerTest, MatchesIsASubstringTestInAnyCase) {
         {"D:\\Pics\\a.jpg", false},
         {"", false},
     };
-    for (const auto& c : cases) {
-        EXPECT_EQ(tracker.matches(c.path), c.expected) << c.path;
+    for (const auto& [path, expected] : cases) {
+        EXPECT_EQ(tracker.matches(path), expected) << path;
     }
-}
-
-TEST_F(TrackerTest, NothingMatchesWithoutFolders) {
-    EXPECT_FALSE(tracker.matches("C:\\Pics\\a.jpg"));
-    EXPECT_FALSE(tracker.matches(""));
 }
 
 TEST_F(TrackerTest, EachEventCodeDoesItsPart) {
@@ -157,60 +133,37 @@ TEST_F(TrackerTest, IgnoreEventsDropsEverything) {
     EXPECT_EQ(host.calls, Calls{"add C:\\Pics\\a.jpg"});
 }
 
-class PendingNameTest : public TrackerTest {
-  protected:
-    ShellChange createdWithoutPath(const std::string& name) {
-        ShellChange c;
-        c.event = kShcneCreate;
-        c.name1 = name;
-        return c;
-    }
-    test::TempDir dir;
-};
+ShellChange createdWithoutPath(const std::string& name) {
+    ShellChange c;
+    c.event = kShcneCreate;
+    c.name1 = name;
+    return c;
+}
 
-TEST_F(PendingNameTest, ANamedImageIsAddedWhenItsFolderIsUpdated) {
+TEST_F(TrackerTest, ACreateWithoutAPathLeavesAnImageNamePendingUntilItsFolderIsUpdated) {
+    test::TempDir dir;
     dir.write("new.jpg", "x");
+    std::filesystem::create_directory(dir.file("folder.jpg"));
     track({dir.path()});
+    receive(createdWithoutPath("notes.txt"));
+    EXPECT_EQ(tracker.pendingImageName(), "") << "only image names are pending";
     receive(createdWithoutPath("new.jpg"));
     EXPECT_EQ(tracker.pendingImageName(), "new.jpg");
     EXPECT_TRUE(host.calls.empty()) << "a create without a path matches no folder";
+    receive(event(kShcneUpdateDir, "C:\\Elsewhere"));
+    EXPECT_EQ(tracker.pendingImageName(), "new.jpg") << "an update of an untracked folder leaves the name pending";
     receive(event(kShcneUpdateDir, dir.path()));
     EXPECT_EQ(host.calls, Calls{"add " + dir.path() + "\\new.jpg"});
     EXPECT_EQ(tracker.pendingImageName(), "");
-}
 
-TEST_F(PendingNameTest, AMissingFileIsNotAddedAndThePendingNameIsCleared) {
-    track({dir.path()});
-    receive(createdWithoutPath("gone.jpg"));
-    receive(event(kShcneUpdateDir, dir.path()));
-    EXPECT_TRUE(host.calls.empty());
-    EXPECT_EQ(tracker.pendingImageName(), "");
-}
-
-TEST_F(PendingNameTest, AFolderOfTheSameNameIsNotAFile) {
-    std::filesystem::create_directory(dir.file("folder.jpg"));
-    track({dir.path()});
-    receive(createdWithoutPath("folder.jpg"));
-    receive(event(kShcneUpdateDir, dir.path()));
-    EXPECT_TRUE(host.calls.empty());
-}
-
-TEST_F(PendingNameTest, OnlyImageNamesArePendingAndAnUntrackedUpdateKeepsThem) {
-    dir.write("a.jpg", "x");
-    track({dir.path()});
-    receive(createdWithoutPath("notes.txt"));
-    EXPECT_EQ(tracker.pendingImageName(), "");
-    receive(createdWithoutPath("a.jpg"));
-    receive(event(kShcneUpdateDir, "C:\\Elsewhere"));
-    EXPECT_EQ(tracker.pendingImageName(), "a.jpg") << "an update of an untracked folder leaves the name pending";
-    receive(event(kShcneUpdateDir, dir.path()));
-    EXPECT_EQ(host.calls, Calls{"add " + dir.path() + "\\a.jpg"});
-}
-
-TEST_F(PendingNameTest, ACreateWithAPathIsNotPending) {
-    track({"C:\\Pics"});
-    receive(event(kShcneCreate, "C:\\Pics\\a.jpg"));
-    EXPECT_EQ(tracker.pendingImageName(), "");
+    for (const char* notAFile : {"gone.jpg", "folder.jpg"}) {
+        receive(createdWithoutPath(notAFile));
+        receive(event(kShcneUpdateDir, dir.path()));
+        EXPECT_EQ(host.calls.size(), 1u) << notAFile << " is not added";
+        EXPECT_EQ(tracker.pendingImageName(), "");
+    }
+    receive(event(kShcneCreate, dir.path() + "\\b.jpg"));
+    EXPECT_EQ(tracker.pendingImageName(), "") << "a create with a path is not pending";
 }
 
 TEST_F(TrackerTest, AFailingAddIsPassedOver) {
@@ -221,7 +174,7 @@ TEST_F(TrackerTest, AFailingAddIsPassedOver) {
     EXPECT_EQ(host.calls, (Calls{"add C:\\Pics\\bad.jpg", "add C:\\Pics\\good.jpg"}));
 }
 
-TEST_F(TrackerTest, TheSameChangeFromBothSourcesActsOnce) {
+TEST_F(TrackerTest, TheSameChangeFromBothSourcesActsOnceAndRepeatedChangesFromOneAllTakeEffect) {
     track({"C:\\Pics"});
     receive(event(kShcneCreate, "C:\\Pics\\a.jpg"), ChangeSource::Watcher);
     receive(event(kShcneCreate, "C:\\PICS\\A.JPG"), ChangeSource::Shell);
@@ -229,16 +182,9 @@ TEST_F(TrackerTest, TheSameChangeFromBothSourcesActsOnce) {
     receive(event(kShcneRenameItem, "C:\\Pics\\a.jpg", "C:\\Pics\\b.jpg"), ChangeSource::Watcher);
     receive(event(kShcneDelete, "C:\\Pics\\b.jpg"), ChangeSource::Watcher);
     receive(event(kShcneDelete, "C:\\Pics\\b.jpg"), ChangeSource::Shell);
+    receive(event(kShcneCreate, "C:\\Pics\\b.jpg"), ChangeSource::Watcher);
     EXPECT_EQ(host.calls, (Calls{"add C:\\Pics\\a.jpg", "delete C:\\Pics\\a.jpg", "add C:\\Pics\\b.jpg",
-                                 "delete C:\\Pics\\b.jpg"}));
-}
-
-TEST_F(TrackerTest, CreateDeleteCreateFromOneSourceAllTakeEffect) {
-    track({"C:\\Pics"});
-    receive(event(kShcneCreate, "C:\\Pics\\a.jpg"), ChangeSource::Watcher);
-    receive(event(kShcneDelete, "C:\\Pics\\a.jpg"), ChangeSource::Watcher);
-    receive(event(kShcneCreate, "C:\\Pics\\a.jpg"), ChangeSource::Watcher);
-    EXPECT_EQ(host.calls, (Calls{"add C:\\Pics\\a.jpg", "delete C:\\Pics\\a.jpg", "add C:\\Pics\\a.jpg"}));
+                                 "delete C:\\Pics\\b.jpg", "add C:\\Pics\\b.jpg"}));
 }
 
 TEST_F(TrackerTest, TheUpdateDirAddIsRecognisedAsTheWatchersCreate) {
@@ -247,59 +193,9 @@ TEST_F(TrackerTest, TheUpdateDirAddIsRecognisedAsTheWatchersCreate) {
     track({dir.path()});
     const std::string file = dir.path() + "\\a.jpg";
     receive(event(kShcneCreate, file), ChangeSource::Watcher);
-    ShellChange unnamed;
-    unnamed.event = kShcneCreate;
-    unnamed.name1 = "a.jpg";
-    receive(unnamed);
+    receive(createdWithoutPath("a.jpg"));
     receive(event(kShcneUpdateDir, dir.path()));
     EXPECT_EQ(host.calls, Calls{"add " + file});
-}
-
-TEST_F(TrackerTest, AddChosenFolderAppendsEvenADuplicateButNotNothing) {
-    track({"C:\\Pics"});
-    EXPECT_TRUE(tracker.addChosenFolder("C:\\Pics"));
-    EXPECT_FALSE(tracker.addChosenFolder(""));
-    EXPECT_TRUE(tracker.addChosenFolder("D:\\New"));
-    EXPECT_EQ(list1.lines(), (std::vector<std::string>{"C:\\Pics", "C:\\Pics", "D:\\New"}));
-}
-
-TEST_F(TrackerTest, BrowseStartsAtTheLastFolderElseTheWallpaperDirectoryElseTheProgramFolder) {
-    EXPECT_EQ(tracker.browseStartFolder("", "C:\\Prog"), "C:\\Prog\\");
-    EXPECT_EQ(tracker.browseStartFolder("", "C:\\"), "C:\\") << "a drive root keeps one separator";
-    EXPECT_EQ(tracker.browseStartFolder("D:\\Walls\\", "C:\\Prog"), "D:\\Walls\\");
-    tracker.addChosenFolder("");
-    EXPECT_EQ(tracker.browseStartFolder("D:\\Walls\\", "C:\\Prog"), "D:\\Walls\\") << "a cancelled dialog";
-    tracker.addChosenFolder("E:\\Chosen");
-    EXPECT_EQ(tracker.browseStartFolder("D:\\Walls\\", "C:\\Prog"), "E:\\Chosen");
-}
-
-TEST_F(TrackerTest, RemoveSelectsTheFirstFolderLeftOrBeeps) {
-    track({"A", "B", "C"});
-    tracker.removeSelectedFolder();
-    EXPECT_EQ(ui.beeps, 1) << "no selection";
-    EXPECT_EQ(list1.count(), 3);
-
-    list1.setListIndex(1);
-    tracker.removeSelectedFolder();
-    EXPECT_EQ(list1.lines(), (std::vector<std::string>{"A", "C"}));
-    EXPECT_EQ(list1.listIndex(), 0);
-
-    tracker.removeSelectedFolder();
-    tracker.removeSelectedFolder();
-    EXPECT_EQ(list1.count(), 0);
-    EXPECT_EQ(list1.listIndex(), -1);
-    tracker.removeSelectedFolder();
-    EXPECT_EQ(ui.beeps, 2);
-    EXPECT_TRUE(host.calls.empty()) << "removing writes nothing until the window is closed";
-}
-
-TEST_F(TrackerTest, SaveFoldersHandsTheHostGetList) {
-    track({"C:\\Pics", "D:\\Photos"});
-    tracker.saveFolders();
-    EXPECT_EQ(host.calls, Calls{"folders C:\\Pics|D:\\Photos||"});
-    list1.clear();
-    tracker.saveFolders();
-    EXPECT_EQ(host.saved, TrackedFolders{""});
 }
 
 }  // namespace
