@@ -145,6 +145,7 @@ TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
         EXPECT_TRUE(bitmapBecomes(step.width, step.height)) << step.name;
         EXPECT_EQ(dir.lines("MyWallpapers.wall").at(0), paths[0] + "\t" + step.code) << "saved with the list at once";
     }
+    pause(milliseconds(::GetDoubleClickTime() + 100));
     ASSERT_TRUE(clickAt(lineCentre(list, 1)));
     EXPECT_TRUE(bitmapBecomes(200, 100)) << "another line is applied as it stands";
     EXPECT_EQ(chosenItem(orType), "Center");

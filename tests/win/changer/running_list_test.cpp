@@ -89,6 +89,10 @@ TEST_F(RunningList, AWallpaperTheBrowserSetIsOfferedForSavingAndTheCopyJoinsTheL
 
 TEST_F(RunningList, AHotKeyChosenInItsDialogIsStoredAndSwitchesAfterTheNextStart) {
     write({{"one.bmp", "bmp", 200, 100, 0xCC3300}, {"two.bmp", "bmp", 240, 120, 0x3366CC}});
+    // A Delay with a fraction is read as a whole number of minutes, halves to even.
+    std::string settings = dir.read("setup.pref");
+    settings.replace(settings.find("Delay=5"), 7, "Delay=3.5");
+    dir.write("setup.pref", settings);
     {
         RunningProgram tl(dir);
         HWND form = startOnThePanel(tl, 200, 100);
@@ -112,6 +116,7 @@ TEST_F(RunningList, AHotKeyChosenInItsDialogIsStoredAndSwitchesAfterTheNextStart
         ASSERT_TRUE(waitFor([&] { return !::IsWindow(dialog); }));
         EXPECT_TRUE(settingIs("HotKey=120") && settingIs("HotKeyMod=2")) << "Ctrl+F9 was not stored";
         ASSERT_TRUE(quit(tl, form));
+        EXPECT_TRUE(settingIs("Delay=4")) << "Delay=3.5 did not load as 4";
     }
     RunningProgram tl(dir);
     ASSERT_NE(started(tl, 200, 100), nullptr);
