@@ -52,8 +52,7 @@ TEST(Apply, EachOrientationReachesTheDesktopAsItShould) {
         ChangerFixture f;
         f.app.settings.UseActiveDesktop = c.activeDesktop;
         f.app.settings.AutomaticShowOnDesktop = c.showOnDesktop;
-        f.writeList({kSea + "\t" + std::to_string(c.orientation)});
-        f.form.onLoad();
+        f.load({kSea + "\t" + std::to_string(c.orientation)}, true);
         const std::string what = "orientation " + std::to_string(c.orientation) +
                                  (c.activeDesktop ? ", Active Desktop" : "") +
                                  (c.showOnDesktop ? ", shown on the desktop" : "");
@@ -76,8 +75,7 @@ TEST(Apply, ScaleTakesThePicturesSizeFromTheEntryElseFromTheBitmapElseOneByOne) 
         ChangerFixture f;
         f.fake.storeFacts = c.storeFacts;
         f.fake.sizes[kSea] = {c.width, c.height};
-        f.writeList({kSea + "\t3"});
-        f.form.onLoad();
+        f.load({kSea + "\t3"}, true);
         EXPECT_DOUBLE_EQ(f.fake.lastScale.factor, c.factor) << c.width << "x" << c.height;
         EXPECT_EQ(f.fake.lastScale.width, c.scaledWidth);
         EXPECT_EQ(f.fake.lastScale.height, c.scaledHeight);
@@ -114,9 +112,7 @@ TEST(Apply, TheEntryOnShowIsReloadedOnlyWhenForcedAndRedrawnOnlyWhenItsOrientati
         ChangerFixture f;
         f.app.settings.TransText = true;
         f.app.settings.UseActiveDesktop = c.activeDesktop;
-        f.writeList({kSea + "\t" + std::to_string(c.applied)});
-        f.form.onLoad();
-        f.fake.log.clear();
+        f.load({kSea + "\t" + std::to_string(c.applied)});
         f.form.entries()[0].orientation = c.now;
         bool force = c.force;
         f.form.changeWallpaper(0, force);
@@ -140,8 +136,7 @@ TEST(Apply, UnloadablePicturesLeaveTheListAndTheNextIsAppliedWithoutRecursion) {
         lines.push_back(p + "\t0");
     }
     lines.insert(lines.end(), {"C:\\p\\good.jpg\t1", "C:\\p\\last.jpg\t0"});
-    f.writeList(lines);
-    f.form.onLoad();
+    f.load(lines, true);
     EXPECT_EQ(f.fake.list.lines(), (std::vector<std::string>{"C:\\p\\good.jpg", "C:\\p\\last.jpg"}));
     EXPECT_EQ(f.form.previewTag(), "C:\\p\\good.jpg");
     EXPECT_EQ(f.fake.list.listIndex(), 0);

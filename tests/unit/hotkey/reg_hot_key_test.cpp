@@ -24,20 +24,20 @@ struct Press {
     bool operator==(const Press&) const = default;
 };
 
+std::vector<std::string> names(const cRegHotKey& keys) {
+    std::vector<std::string> result;
+    for (int i = 1; i <= keys.count(); ++i) {
+        result.push_back(keys.record(i).name);
+    }
+    return result;
+}
+
 class RegHotKeyTest : public ::testing::Test {
   protected:
     RegHotKeyTest() {
         hk.HotKeyPress = [this](const std::string& name, uint32_t modifiers, uint32_t key) {
             presses.push_back({name, modifiers, key});
         };
-    }
-
-    std::vector<std::string> names() const {
-        std::vector<std::string> result;
-        for (int i = 1; i <= hk.count(); ++i) {
-            result.push_back(hk.record(i).name);
-        }
-        return result;
     }
 
     // The error the call raises; fails the test when it raises none.
@@ -62,7 +62,7 @@ TEST_F(RegHotKeyTest, RefusedNamesAreReportedBeforeAnyAtomIsMade) {
     hk.RegisterKey(std::string(32, 'k'), 0x53, 3);
     hk.RegisterKey("switch", 0x54, 3);
     hk.RegisterKey("Switch", 0x55, 2);
-    EXPECT_THAT(names(), ElementsAre(std::string(32, 'k'), "switch", "Switch")) << "names differ in case";
+    EXPECT_THAT(names(hk), ElementsAre(std::string(32, 'k'), "switch", "Switch")) << "names differ in case";
 
     platform.log.clear();
     ObjectError e = errorOf([&] { hk.RegisterKey(std::string(33, 'k'), 0x56, 3); });
@@ -91,7 +91,7 @@ TEST_F(RegHotKeyTest, AFailedRegistrationDeletesItsAtomAndReportsTheSystemsText)
     // The error is read before the atom is deleted (which would reset it).
     EXPECT_EQ(e.description(), "Failed to Register Hot Key [Hot key is already registered.\r\n]");
     EXPECT_EQ(platform.atoms, atomsBefore) << "the atom made for the failed key must be deleted";
-    EXPECT_THAT(names(), ElementsAre("first"));
+    EXPECT_THAT(names(hk), ElementsAre("first"));
 
     platform.failAddAtom = true;
     platform.errorTexts[8] = "Not enough memory.\r\n";
@@ -123,11 +123,7 @@ TEST_F(RegHotKeyTest, RemovingARecordCopiesFromTheFixedNextIndex) {
         }
         const int32_t removedAtom = keys.record(keys.IndexOfKey(c.removed)).atom;
         keys.UnregisterKey(c.removed);
-        std::vector<std::string> left;
-        for (int i = 1; i <= keys.count(); ++i) {
-            left.push_back(keys.record(i).name);
-        }
-        EXPECT_EQ(left, c.left) << "removing " << c.removed;
+        EXPECT_EQ(names(keys), c.left) << "removing " << c.removed;
         EXPECT_EQ(system.atoms.count(static_cast<uint16_t>(removedAtom)), 0u);
         if (c.registered.size() == 3 && c.removed == "first") {
             ASSERT_EQ(system.hotKeys.size(), 2u);
@@ -150,8 +146,7 @@ TEST_F(RegHotKeyTest, ClearUnregistersFromLastToFirstThenStopsRoutingAsAttachZer
                                           "stop routing " + std::to_string(kWindow)));
     EXPECT_EQ(hk.count(), 0);
     EXPECT_EQ(hk.attachedWindow(), 0u);
-    EXPECT_TRUE(platform.atoms.empty());
-    EXPECT_TRUE(platform.hotKeys.empty());
+    EXPECT_TRUE(platform.atoms.empty() && platform.hotKeys.empty());
 
     hk.Attach(kWindow);
     hk.RegisterKey("switch", 0x53, 3);
@@ -163,9 +158,7 @@ TEST_F(RegHotKeyTest, ClearUnregistersFromLastToFirstThenStopsRoutingAsAttachZer
         temporary.Attach(kWindow);
         temporary.RegisterKey("a", 0x41, 2);
     }
-    EXPECT_TRUE(platform.atoms.empty());
-    EXPECT_TRUE(platform.hotKeys.empty());
-    EXPECT_TRUE(platform.routes.empty());
+    EXPECT_TRUE(platform.atoms.empty() && platform.hotKeys.empty() && platform.routes.empty());
 }
 
 TEST_F(RegHotKeyTest, WmHotKeyRaisesTheEventForItsIdentifier) {

@@ -23,11 +23,7 @@ TEST(FoldersToWatch, EachFolderOnceAndNoneInsideAnother) {
         {{"C:\\Pics", "  ", "", "D:\\x"}, {"C:\\Pics", "D:\\x"}},
     };
     for (const auto& c : cases) {
-        std::string shown;
-        for (const auto& f : c.tracked) {
-            shown += "[" + f + "]";
-        }
-        EXPECT_EQ(foldersToWatch(c.tracked), c.expected) << shown;
+        EXPECT_EQ(foldersToWatch(c.tracked), c.expected) << testing::PrintToString(c.tracked);
     }
 }
 
