@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "changer/fake_changer_platform.h"
 
@@ -57,10 +58,10 @@ TEST(Apply, EachOrientationReachesTheDesktopAsItShould) {
                                  (c.activeDesktop ? ", Active Desktop" : "") +
                                  (c.showOnDesktop ? ", shown on the desktop" : "");
         EXPECT_EQ(desktopCalls(f), c.expected) << what;
-        EXPECT_EQ(f.fake.count("save "), c.saves) << what;
-        EXPECT_EQ(f.fake.count("scale "), c.orientation == kScale ? 1 : 0) << what;
-        EXPECT_EQ(f.form.previewTag(), kSea) << "the tag holds the entry's path, never the bitmap: " << what;
-        EXPECT_EQ(f.fake.tip, "Tessaline - " + kSea) << what;
+        // The tag holds the entry's path, never the bitmap.
+        EXPECT_EQ(std::tuple(f.fake.count("save "), f.fake.count("scale "), f.form.previewTag(), f.fake.tip),
+                  std::tuple(c.saves, c.orientation == kScale ? 1 : 0, kSea, "Tessaline - " + kSea))
+            << what;
     }
 }
 
@@ -76,11 +77,11 @@ TEST(Apply, ScaleTakesThePicturesSizeFromTheEntryElseFromTheBitmapElseOneByOne) 
         f.fake.storeFacts = c.storeFacts;
         f.fake.sizes[kSea] = {c.width, c.height};
         f.load({kSea + "\t3"}, true);
-        EXPECT_DOUBLE_EQ(f.fake.lastScale.factor, c.factor) << c.width << "x" << c.height;
-        EXPECT_EQ(f.fake.lastScale.width, c.scaledWidth);
-        EXPECT_EQ(f.fake.lastScale.height, c.scaledHeight);
-        EXPECT_EQ(f.fake.lastScale.source, f.bitmap()) << "the loader reads the saved bitmap";
-        EXPECT_EQ(f.fake.lastScale.target, f.bitmap());
+        const auto& scale = f.fake.lastScale;
+        EXPECT_DOUBLE_EQ(scale.factor, c.factor) << c.width << "x" << c.height;
+        EXPECT_EQ(std::tuple(scale.width, scale.height, scale.source, scale.target),
+                  std::tuple(c.scaledWidth, c.scaledHeight, f.bitmap(), f.bitmap()))
+            << "the loader reads the saved bitmap";
         EXPECT_EQ(f.fake.matching("scale "), std::vector<std::string>{"scale " + std::to_string(c.scaledWidth) + "x" +
                                                                       std::to_string(c.scaledHeight)})
             << "scaled once, with the loader resampling";
@@ -117,12 +118,12 @@ TEST(Apply, TheEntryOnShowIsReloadedOnlyWhenForcedAndRedrawnOnlyWhenItsOrientati
         bool force = c.force;
         f.form.changeWallpaper(0, force);
         EXPECT_EQ(desktopCalls(f), c.calls) << c.what;
-        EXPECT_EQ(f.fake.count("load "), c.loads) << c.what;
-        EXPECT_EQ(f.fake.count("save "), c.saves) << c.what;
-        EXPECT_EQ(f.fake.count("scale "), 0) << c.what;
-        EXPECT_EQ(f.fake.count("tray modify"), 1) << "the tip is updated all the same: " << c.what;
-        EXPECT_EQ(f.fake.count("icon text redraw"), 1) << "and the icon text made transparent again: " << c.what;
-        EXPECT_EQ(f.form.lastAppliedOrientation(), c.now) << c.what;
+        // The tip is updated and the icon text made transparent again all the same.
+        EXPECT_EQ(
+            std::tuple(f.fake.count("load "), f.fake.count("save "), f.fake.count("scale "),
+                       f.fake.count("tray modify"), f.fake.count("icon text redraw"), f.form.lastAppliedOrientation()),
+            std::tuple(c.loads, c.saves, 0, 1, 1, c.now))
+            << c.what;
     }
 }
 
