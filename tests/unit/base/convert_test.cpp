@@ -29,27 +29,25 @@ struct NumberCase {
 };
 
 TEST(NumberReaders, StrictWholeTextAndForgivingLeadingNumber) {
-    const NumberCase cases[] = {
-        {"3.5", 3.5, 3.5},
-        {"  42  ", 42.0, 42.0},
-        {"-1", -1.0, -1.0},
-        {"1E3", 1000.0, 1000.0},
-        {".5", 0.5, 0.5},
-        {"5.", 5.0, 5.0},
-        {"&H10", 16.0, 16.0},
-        {"&HFFFF", -1.0, -1.0},
-        {"&H10000", 65536.0, 65536.0},
-        {"&O17", 15.0, 15.0},
-        {"&h1fz", std::nullopt, 31.0},
-        {"&H", std::nullopt, 0.0},
-        {"", std::nullopt, 0.0},
-        {"yes", std::nullopt, 0.0},
-        {"12abc", std::nullopt, 12.0},
-        {" 1 2 3", std::nullopt, 123.0},  // the forgiving reader skips blanks anywhere
-        {"\t-3\t", -3.0, -3.0},
-        {"-", std::nullopt, 0.0},
-        {"1e", std::nullopt, 1.0},
-    };
+    const NumberCase cases[] = {{"3.5", 3.5, 3.5},
+                                {"  42  ", 42.0, 42.0},
+                                {"-1", -1.0, -1.0},
+                                {"1E3", 1000.0, 1000.0},
+                                {".5", 0.5, 0.5},
+                                {"5.", 5.0, 5.0},
+                                {"&H10", 16.0, 16.0},
+                                {"&HFFFF", -1.0, -1.0},
+                                {"&H10000", 65536.0, 65536.0},
+                                {"&O17", 15.0, 15.0},
+                                {"&h1fz", std::nullopt, 31.0},
+                                {"&H", std::nullopt, 0.0},
+                                {"", std::nullopt, 0.0},
+                                {"yes", std::nullopt, 0.0},
+                                {"12abc", std::nullopt, 12.0},
+                                {" 1 2 3", std::nullopt, 123.0},  // the forgiving reader skips blanks anywhere
+                                {"\t-3\t", -3.0, -3.0},
+                                {"-", std::nullopt, 0.0},
+                                {"1e", std::nullopt, 1.0}};
     for (const NumberCase& c : cases) {
         EXPECT_EQ(parseNumber(c.text, '.'), c.strict) << "strict: '" << c.text << "'";
         EXPECT_EQ(leadingNumber(c.text), c.forgiving) << "forgiving: '" << c.text << "'";

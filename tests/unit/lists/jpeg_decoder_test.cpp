@@ -108,13 +108,11 @@ const std::vector<uint8_t> kEoi = {0xFF, 0xD9};
 // The heap, counting what is taken and not yet given back.
 class CountingMemory final : public std::pmr::memory_resource {
   public:
-    int allocations = 0;
     size_t outstanding = 0;
     size_t largest = 0;
 
   private:
     void* do_allocate(size_t bytes, size_t alignment) override {
-        ++allocations;
         outstanding += bytes;
         largest = std::max(largest, bytes);
         return std::pmr::new_delete_resource()->allocate(bytes, alignment);

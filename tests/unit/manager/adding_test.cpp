@@ -99,9 +99,7 @@ TEST_F(Adding, SortingCompactsSoThatEntriesStayAlignedWithTheListAndDropsPathsTh
 }
 
 TEST_F(Adding, ADropAddsFilesAndFoldersAndSortsOnceAtTheEnd) {
-    file("C:\\Drop\\z.jpg");
-    file("C:\\Drop\\y.gif");
-    file("C:\\Loose\\m.jpg");
+    files({"C:\\Drop\\z.jpg", "C:\\Drop\\y.gif", "C:\\Loose\\m.jpg"});
     app.settings.AutoSortFolder = true;
     view.dir1 = "C:\\Before";
     view.highlighted = "C:\\Before\\Sub";
