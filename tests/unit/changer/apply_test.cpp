@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <tuple>
 
 #include "changer/fake_changer_platform.h"
 
@@ -52,16 +53,15 @@ TEST(Apply, EachOrientationReachesTheDesktopAsItShould) {
         ChangerFixture f;
         f.app.settings.UseActiveDesktop = c.activeDesktop;
         f.app.settings.AutomaticShowOnDesktop = c.showOnDesktop;
-        f.writeList({kSea + "\t" + std::to_string(c.orientation)});
-        f.form.onLoad();
+        f.load({kSea + "\t" + std::to_string(c.orientation)}, true);
         const std::string what = "orientation " + std::to_string(c.orientation) +
                                  (c.activeDesktop ? ", Active Desktop" : "") +
                                  (c.showOnDesktop ? ", shown on the desktop" : "");
         EXPECT_EQ(desktopCalls(f), c.expected) << what;
-        EXPECT_EQ(f.fake.count("save "), c.saves) << what;
-        EXPECT_EQ(f.fake.count("scale "), c.orientation == kScale ? 1 : 0) << what;
-        EXPECT_EQ(f.form.previewTag(), kSea) << "the tag holds the entry's path, never the bitmap: " << what;
-        EXPECT_EQ(f.fake.tip, "Tessaline - " + kSea) << what;
+        // The tag holds the entry's path, never the bitmap.
+        EXPECT_EQ(std::tuple(f.fake.count("save "), f.fake.count("scale "), f.form.previewTag(), f.fake.tip),
+                  std::tuple(c.saves, c.orientation == kScale ? 1 : 0, kSea, "Tessaline - " + kSea))
+            << what;
     }
 }
 
@@ -76,13 +76,12 @@ TEST(Apply, ScaleTakesThePicturesSizeFromTheEntryElseFromTheBitmapElseOneByOne) 
         ChangerFixture f;
         f.fake.storeFacts = c.storeFacts;
         f.fake.sizes[kSea] = {c.width, c.height};
-        f.writeList({kSea + "\t3"});
-        f.form.onLoad();
-        EXPECT_DOUBLE_EQ(f.fake.lastScale.factor, c.factor) << c.width << "x" << c.height;
-        EXPECT_EQ(f.fake.lastScale.width, c.scaledWidth);
-        EXPECT_EQ(f.fake.lastScale.height, c.scaledHeight);
-        EXPECT_EQ(f.fake.lastScale.source, f.bitmap()) << "the loader reads the saved bitmap";
-        EXPECT_EQ(f.fake.lastScale.target, f.bitmap());
+        f.load({kSea + "\t3"}, true);
+        const auto& scale = f.fake.lastScale;
+        EXPECT_DOUBLE_EQ(scale.factor, c.factor) << c.width << "x" << c.height;
+        EXPECT_EQ(std::tuple(scale.width, scale.height, scale.source, scale.target),
+                  std::tuple(c.scaledWidth, c.scaledHeight, f.bitmap(), f.bitmap()))
+            << "the loader reads the saved bitmap";
         EXPECT_EQ(f.fake.matching("scale "), std::vector<std::string>{"scale " + std::to_string(c.scaledWidth) + "x" +
                                                                       std::to_string(c.scaledHeight)})
             << "scaled once, with the loader resampling";
@@ -114,19 +113,17 @@ TEST(Apply, TheEntryOnShowIsReloadedOnlyWhenForcedAndRedrawnOnlyWhenItsOrientati
         ChangerFixture f;
         f.app.settings.TransText = true;
         f.app.settings.UseActiveDesktop = c.activeDesktop;
-        f.writeList({kSea + "\t" + std::to_string(c.applied)});
-        f.form.onLoad();
-        f.fake.log.clear();
+        f.load({kSea + "\t" + std::to_string(c.applied)});
         f.form.entries()[0].orientation = c.now;
         bool force = c.force;
         f.form.changeWallpaper(0, force);
         EXPECT_EQ(desktopCalls(f), c.calls) << c.what;
-        EXPECT_EQ(f.fake.count("load "), c.loads) << c.what;
-        EXPECT_EQ(f.fake.count("save "), c.saves) << c.what;
-        EXPECT_EQ(f.fake.count("scale "), 0) << c.what;
-        EXPECT_EQ(f.fake.count("tray modify"), 1) << "the tip is updated all the same: " << c.what;
-        EXPECT_EQ(f.fake.count("icon text redraw"), 1) << "and the icon text made transparent again: " << c.what;
-        EXPECT_EQ(f.form.lastAppliedOrientation(), c.now) << c.what;
+        // The tip is updated and the icon text made transparent again all the same.
+        EXPECT_EQ(
+            std::tuple(f.fake.count("load "), f.fake.count("save "), f.fake.count("scale "),
+                       f.fake.count("tray modify"), f.fake.count("icon text redraw"), f.form.lastAppliedOrientation()),
+            std::tuple(c.loads, c.saves, 0, 1, 1, c.now))
+            << c.what;
     }
 }
 
@@ -140,8 +137,7 @@ TEST(Apply, UnloadablePicturesLeaveTheListAndTheNextIsAppliedWithoutRecursion) {
         lines.push_back(p + "\t0");
     }
     lines.insert(lines.end(), {"C:\\p\\good.jpg\t1", "C:\\p\\last.jpg\t0"});
-    f.writeList(lines);
-    f.form.onLoad();
+    f.load(lines, true);
     EXPECT_EQ(f.fake.list.lines(), (std::vector<std::string>{"C:\\p\\good.jpg", "C:\\p\\last.jpg"}));
     EXPECT_EQ(f.form.previewTag(), "C:\\p\\good.jpg");
     EXPECT_EQ(f.fake.list.listIndex(), 0);

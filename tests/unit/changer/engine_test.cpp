@@ -10,14 +10,7 @@
 namespace tl::test {
 namespace {
 
-class Engine : public ::testing::Test, public ChangerFixture {
-  protected:
-    void tick(int times) {
-        for (int i = 0; i < times; ++i) {
-            form.onMinuteTimer();
-        }
-    }
-};
+class Engine : public ::testing::Test, public ChangerFixture {};
 
 TEST_F(Engine, LoadReadsTheListAndAppliesAFirstWallpaperInOrder) {
     writeList({"C:\\p\\a.jpg\t0", "#C:\\p"});
@@ -76,13 +69,11 @@ TEST_F(Engine, RandomOrderDrawsFromTheWholeList) {
 
     ChangerFixture one;
     one.app.settings.Mode = 1;
-    one.writeList({"C:\\p\\only.jpg\t1"});
-    one.form.onLoad();
-    one.fake.log.clear();
+    one.start({"only"});
     for (int i = 0; i < 5; ++i) {
         one.form.switchWallpaper(false);
     }
-    EXPECT_EQ(one.form.entries()[0].orientation, kTile) << "an engine move is not a click on the line on show";
+    EXPECT_EQ(one.form.entries()[0].orientation, kCenter) << "an engine move is not a click on the line on show";
     EXPECT_EQ(one.fake.count("reg Wallpaper="), 5) << "each draw on a one-line list goes through the applier";
     EXPECT_EQ(one.fake.count("load "), 0) << "and finds nothing to change";
 }
@@ -126,9 +117,7 @@ TEST_F(Engine, TheClockChangesEveryDelayMinutes) {
         ChangerFixture f;
         f.app.settings.Delay = delay;
         f.start({"0", "1"});
-        for (int i = 0; i < 6; ++i) {
-            f.form.onMinuteTimer();
-        }
+        f.tick(6);
         EXPECT_EQ(f.fake.count("spi "), delay <= 1 ? 6 : 6 / delay) << "Delay " << delay;
     }
 }
@@ -144,9 +133,7 @@ TEST_F(Engine, SmartSwitchHoldsAChangeWhileAWindowIsMaximisedAndReleasesItAtTheN
         f.app.settings.Delay = c.delay;
         f.start({"0", "1", "2"});
         f.fake.maximised = true;
-        for (int i = 0; i < std::max<int>(c.delay, 1) + 1; ++i) {
-            f.form.onMinuteTimer();
-        }
+        f.tick(std::max<int>(c.delay, 1) + 1);
         EXPECT_EQ(f.fake.list.listIndex(), 0) << "held back, delay " << c.delay;
         EXPECT_EQ(f.form.minuteCount(), c.heldCount) << "delay " << c.delay;
         f.fake.maximised = false;
@@ -157,9 +144,7 @@ TEST_F(Engine, SmartSwitchHoldsAChangeWhileAWindowIsMaximisedAndReleasesItAtTheN
 
 TEST_F(Engine, EveryTenTicksTheIconIsReaddedAndListAndSettingsWritten) {
     app.settings.Delay = 100;
-    writeList({"C:\\p\\a.jpg\tTile...", "C:\\p\\b.jpg\tStretch"});
-    form.onLoad();
-    fake.log.clear();
+    load({"C:\\p\\a.jpg\tTile...", "C:\\p\\b.jpg\tStretch"});
     tick(9);
     EXPECT_EQ(fake.count("save settings"), 0);
     tick(1);
@@ -232,9 +217,7 @@ TEST_F(Engine, TheListSubmenuOffersTheProgramDirectorysListsAndMarksTheCurrentOn
 }
 
 TEST_F(Engine, UnloadRemovesTheIconAndWritesListAndSettingsOnce) {
-    writeList({"C:\\p\\a.jpg\tScale..", "C:\\p\\b.jpg\tCentre.", "#C:\\p"});
-    form.onLoad();
-    fake.log.clear();
+    load({"C:\\p\\a.jpg\tScale..", "C:\\p\\b.jpg\tCentre.", "#C:\\p"});
     form.onMenuCommand(mnuTrayQuit);
     EXPECT_EQ(fake.log, (std::vector<std::string>{"allow tracker unload", "unload form", "tray remove", "save settings",
                                                   "unload tracker"}));

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/app_state.h"
+#include "app/settings.h"
 #include "base/file_system_posix.h"
 #include "base/random.h"
 #include "changer/changer_platform.h"
@@ -187,23 +188,16 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     }
 };
 
-// A frmMain on the fake, in a program directory of its own with the settings' defaults that matter here.
+// A frmMain on the fake, in a program directory of its own with the default settings, in sequence.
 struct ChangerFixture {
     ChangerFixture() {
         app.programDir = dir.path();
-        app.settings.OutputPath = dir.path() + "\\tl_current.bmp";
-        app.settings.LastList = dir.path() + "\\MyWallpapers.wall";
-        app.settings.Delay = 1;
+        applyDefaultSettings(app);
         app.settings.Mode = 2;
-        app.settings.AutomaticShowOnDesktop = true;
-        app.settings.RatioTolerance = 0.25;
-        app.settings.HalfRatio = 1.5;
-        app.settings.UseTracker = true;
         fake.form = &form;
         fake.app = &app;
     }
 
-    // Writes the list file with the given lines (CR LF ended).
     void writeList(const std::vector<std::string>& lines, const std::string& name = "MyWallpapers.wall") {
         std::string text;
         for (const auto& l : lines) {
@@ -211,18 +205,28 @@ struct ChangerFixture {
         }
         dir.write(name, text);
     }
-    // The list "C:\p\<name>.jpg<TAB>0" of the named pictures, loaded with the first on show; the load's
-    // own calls are forgotten.
+    // The list of these lines loaded; the load's own calls are forgotten unless kept.
+    void load(const std::vector<std::string>& lines, bool keepLog = false) {
+        writeList(lines);
+        form.onLoad();
+        if (!keepLog) {
+            fake.log.clear();
+        }
+    }
+    // The list "C:\p\<name>.jpg<TAB>0" of the named pictures, loaded with the first on show.
     void start(std::initializer_list<std::string> names) {
         std::vector<std::string> lines;
         for (const auto& n : names) {
             lines.push_back(pic(n) + "\t0");
         }
-        writeList(lines);
-        form.onLoad();
-        fake.log.clear();
+        load(lines);
     }
     static std::string pic(const std::string& name) { return "C:\\p\\" + name + ".jpg"; }
+    void tick(int times) {
+        for (int i = 0; i < times; ++i) {
+            form.onMinuteTimer();
+        }
+    }
     // What the user's click does in a multiple-selection list box: only that line selected.
     void userClick(int line) {
         for (int i = 0; i < fake.list.count(); ++i) {

@@ -2,6 +2,8 @@
 // setTrackerList and the panel's delete.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "changer/commands.h"
 #include "changer/fake_changer_platform.h"
 #include "lists/image_info.h"
@@ -21,10 +23,10 @@ TEST_F(ListEditing, ClickingAnotherLineAppliesItAndClickingTheLineOnShowCyclesIt
     for (Orientation o : {kTile, kStretch, kScale, kCenter, kTile}) {
         fake.log.clear();
         userClick(1);
-        EXPECT_EQ(form.entries()[1].orientation, o);
-        EXPECT_EQ(form.lastAppliedOrientation(), o);
-        EXPECT_EQ(fake.orType, o);
-        EXPECT_EQ(fake.count("reg WallpaperStyle="), 1) << "re-applied with orientation " << o;
+        EXPECT_EQ(std::tuple(form.entries()[1].orientation, form.lastAppliedOrientation(), fake.orType,
+                             fake.count("reg WallpaperStyle=")),
+                  std::tuple(o, o, o, 1))
+            << "entry, applied, orType and one re-apply";
     }
     EXPECT_EQ(dir.read("MyWallpapers.wall"), pic("a") + "\t0\r\n" + pic("b") + "\t1\r\n" + pic("c") + "\t0\r\n")
         << "a new orientation is saved with the list at once";
@@ -136,12 +138,11 @@ TEST_F(ListEditing, DeletePaperReselectsOnlyWhenTheWallpaperOnShowGoes) {
             f.fake.log.clear();
         }
         f.form.deletePaper(c.removed, c.reselect);
-        EXPECT_EQ(f.fake.matching("load "), c.loads) << c.what;
-        EXPECT_EQ(f.form.previewTag(), c.tag) << c.what;
-        EXPECT_EQ(f.fake.list.listIndex(), c.current) << c.what;
-        EXPECT_EQ(f.form.lastRemovedPath(), c.removed) << c.what;
-        EXPECT_EQ(f.fake.list.count(), c.removed == pic("x") ? 3 : 2) << c.what;
-        EXPECT_EQ(f.fake.count("reg "), static_cast<int>(c.loads.size()) * 3) << c.what;
+        EXPECT_EQ(std::tuple(f.fake.matching("load "), f.form.previewTag(), f.fake.list.listIndex(),
+                             f.form.lastRemovedPath(), f.fake.list.count(), f.fake.count("reg ")),
+                  std::tuple(c.loads, c.tag, c.current, c.removed, c.removed == pic("x") ? 3 : 2,
+                             static_cast<int>(c.loads.size()) * 3))
+            << c.what;
     }
 }
 

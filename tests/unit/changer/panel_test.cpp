@@ -13,11 +13,7 @@ namespace {
 
 class Panel : public ::testing::Test, public ChangerFixture {
   protected:
-    void SetUp() override {
-        writeList({"C:\\p\\a.jpg\t1", "C:\\p\\b.jpg\t0", "#C:\\p"});
-        form.onLoad();
-        fake.log.clear();
-    }
+    void SetUp() override { load({"C:\\p\\a.jpg\t1", "C:\\p\\b.jpg\t0", "#C:\\p"}); }
 };
 
 TEST_F(Panel, TheProgramLivesEitherInTheTrayOrOnThePanel) {
@@ -55,8 +51,7 @@ TEST_F(Panel, TheTrackerFollowsTheListAndUseTracker) {
 
     ChangerFixture off;
     off.app.settings.UseTracker = false;
-    off.writeList({"C:\\q\\x.jpg\t0", "#C:\\q"});
-    off.form.onLoad();
+    off.load({"C:\\q\\x.jpg\t0", "#C:\\q"}, true);
     EXPECT_EQ(off.fake.count("load tracker"), 0) << "UseTracker off: the folders are not watched";
     off.fake.log.clear();
     off.form.onMenuCommand(mnuTrackedFolders);

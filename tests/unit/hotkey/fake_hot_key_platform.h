@@ -30,7 +30,7 @@ class FakeHotKeyPlatform : public HotKeyPlatform {
     uint16_t globalAddAtom(const std::string& name) override {
         log.push_back("add atom " + name);
         if (failAddAtom) {
-            error = addAtomError;
+            error = 8;
             return 0;
         }
         const uint16_t atom = nextAtom++;
@@ -63,7 +63,7 @@ class FakeHotKeyPlatform : public HotKeyPlatform {
         return it == errorTexts.end() ? std::string() : it->second;
     }
     uint32_t tickCount() override { return tick; }
-    std::string executableName() override { return exeName; }
+    std::string executableName() override { return "tessaline"; }
     void startRouting(HotKeyWindow window, cRegHotKey& target) override {
         log.push_back("start routing " + std::to_string(window));
         routes.push_back({window, &target});
@@ -105,9 +105,7 @@ class FakeHotKeyPlatform : public HotKeyPlatform {
     uint16_t nextAtom = 0xC001;
     uint32_t error = 0;
     bool failAddAtom = false;
-    uint32_t addAtomError = 8;
     uint32_t tick = 12345;
-    std::string exeName = "tessaline";
 };
 
 }  // namespace tl::test

@@ -59,9 +59,7 @@ TEST(HotKeyControl, CtrlF5ReadsAsModifierTwoAndKey74AndAFieldNeverMadeReadsZero)
     FakeHost host;
     cHotKey hk(host);
     host.shown = 0x0274;
-    EXPECT_EQ(hk.HotKeyAndModifier(), 0x0274);
-    EXPECT_EQ(hk.HotKeyModifier(), 2);
-    EXPECT_EQ(hk.HotKey(), 0x74);
+    EXPECT_EQ(std::tuple(hk.HotKeyAndModifier(), hk.HotKeyModifier(), hk.HotKey()), std::tuple(0x0274, 2, 0x74));
 
     FakeHost none;
     none.child = false;

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,20 +26,25 @@ struct Press {
     bool operator==(const Press&) const = default;
 };
 
+std::vector<std::string> names(const cRegHotKey& keys) {
+    std::vector<std::string> result;
+    for (int i = 1; i <= keys.count(); ++i) {
+        result.push_back(keys.record(i).name);
+    }
+    return result;
+}
+
+using Fields = std::tuple<uint32_t, std::string, std::string>;
+Fields fields(const ObjectError& e) {
+    return {e.number(), e.source(), e.description()};
+}
+
 class RegHotKeyTest : public ::testing::Test {
   protected:
     RegHotKeyTest() {
         hk.HotKeyPress = [this](const std::string& name, uint32_t modifiers, uint32_t key) {
             presses.push_back({name, modifiers, key});
         };
-    }
-
-    std::vector<std::string> names() const {
-        std::vector<std::string> result;
-        for (int i = 1; i <= hk.count(); ++i) {
-            result.push_back(hk.record(i).name);
-        }
-        return result;
     }
 
     // The error the call raises; fails the test when it raises none.
@@ -62,21 +69,17 @@ TEST_F(RegHotKeyTest, RefusedNamesAreReportedBeforeAnyAtomIsMade) {
     hk.RegisterKey(std::string(32, 'k'), 0x53, 3);
     hk.RegisterKey("switch", 0x54, 3);
     hk.RegisterKey("Switch", 0x55, 2);
-    EXPECT_THAT(names(), ElementsAre(std::string(32, 'k'), "switch", "Switch")) << "names differ in case";
+    EXPECT_THAT(names(hk), ElementsAre(std::string(32, 'k'), "switch", "Switch")) << "names differ in case";
 
     platform.log.clear();
-    ObjectError e = errorOf([&] { hk.RegisterKey(std::string(33, 'k'), 0x56, 3); });
-    EXPECT_EQ(e.number(), 0x8004041Bu);
-    EXPECT_EQ(e.source(), "tessaline.cRegHotKey");
-    EXPECT_EQ(e.description(), "Key Name too long (max 32 characters).");
-    e = errorOf([&] { hk.RegisterKey("switch", 0x56, 2); });
-    EXPECT_EQ(e.number(), 0x8004041Cu);
-    EXPECT_EQ(e.description(), "The Key Name 'switch' is already registered.");
+    EXPECT_EQ(fields(errorOf([&] { hk.RegisterKey(std::string(33, 'k'), 0x56, 3); })),
+              Fields(0x8004041Bu, "tessaline.cRegHotKey", "Key Name too long (max 32 characters)."));
+    EXPECT_EQ(fields(errorOf([&] { hk.RegisterKey("switch", 0x56, 2); })),
+              Fields(0x8004041Cu, "tessaline.cRegHotKey", "The Key Name 'switch' is already registered."));
     EXPECT_TRUE(platform.log.empty()) << "no atom may be made for a refused name";
 
-    e = errorOf([&] { hk.UnregisterKey("SWITCH"); });
-    EXPECT_EQ(e.number(), 0x80040419u);
-    EXPECT_EQ(e.description(), "No hot key registered under the name 'SWITCH'");
+    EXPECT_EQ(fields(errorOf([&] { hk.UnregisterKey("SWITCH"); })),
+              Fields(0x80040419u, "tessaline.cRegHotKey", "No hot key registered under the name 'SWITCH'"));
     EXPECT_THROW(hk.IndexOfKey("other"), ObjectError);
     EXPECT_EQ(hk.count(), 3);
 }
@@ -86,18 +89,17 @@ TEST_F(RegHotKeyTest, AFailedRegistrationDeletesItsAtomAndReportsTheSystemsText)
     other.RegisterKey("theirs", 0x53, 3);
     hk.RegisterKey("first", 0x41, 2);
     const auto atomsBefore = platform.atoms;
-    ObjectError e = errorOf([&] { hk.RegisterKey("switch", 0x53, 3); });
-    EXPECT_EQ(e.number(), 0x8004041Bu);
     // The error is read before the atom is deleted (which would reset it).
-    EXPECT_EQ(e.description(), "Failed to Register Hot Key [Hot key is already registered.\r\n]");
+    EXPECT_EQ(
+        fields(errorOf([&] { hk.RegisterKey("switch", 0x53, 3); })),
+        Fields(0x8004041Bu, "tessaline.cRegHotKey", "Failed to Register Hot Key [Hot key is already registered.\r\n]"));
     EXPECT_EQ(platform.atoms, atomsBefore) << "the atom made for the failed key must be deleted";
-    EXPECT_THAT(names(), ElementsAre("first"));
+    EXPECT_THAT(names(hk), ElementsAre("first"));
 
     platform.failAddAtom = true;
     platform.errorTexts[8] = "Not enough memory.\r\n";
-    e = errorOf([&] { hk.RegisterKey("switch", 0x54, 3); });
-    EXPECT_EQ(e.number(), 0x8004041Au);
-    EXPECT_EQ(e.description(), "Failed to add GlobalAtom [Not enough memory.\r\n]");
+    EXPECT_EQ(fields(errorOf([&] { hk.RegisterKey("switch", 0x54, 3); })),
+              Fields(0x8004041Au, "tessaline.cRegHotKey", "Failed to add GlobalAtom [Not enough memory.\r\n]"));
     platform.errorTexts.clear();
     EXPECT_EQ(errorOf([&] { hk.RegisterKey("switch", 0x54, 3); }).description(), "Failed to add GlobalAtom");
     EXPECT_EQ(platform.hotKeys.size(), 2u);
@@ -123,11 +125,7 @@ TEST_F(RegHotKeyTest, RemovingARecordCopiesFromTheFixedNextIndex) {
         }
         const int32_t removedAtom = keys.record(keys.IndexOfKey(c.removed)).atom;
         keys.UnregisterKey(c.removed);
-        std::vector<std::string> left;
-        for (int i = 1; i <= keys.count(); ++i) {
-            left.push_back(keys.record(i).name);
-        }
-        EXPECT_EQ(left, c.left) << "removing " << c.removed;
+        EXPECT_EQ(names(keys), c.left) << "removing " << c.removed;
         EXPECT_EQ(system.atoms.count(static_cast<uint16_t>(removedAtom)), 0u);
         if (c.registered.size() == 3 && c.removed == "first") {
             ASSERT_EQ(system.hotKeys.size(), 2u);
@@ -150,8 +148,7 @@ TEST_F(RegHotKeyTest, ClearUnregistersFromLastToFirstThenStopsRoutingAsAttachZer
                                           "stop routing " + std::to_string(kWindow)));
     EXPECT_EQ(hk.count(), 0);
     EXPECT_EQ(hk.attachedWindow(), 0u);
-    EXPECT_TRUE(platform.atoms.empty());
-    EXPECT_TRUE(platform.hotKeys.empty());
+    EXPECT_TRUE(platform.atoms.empty() && platform.hotKeys.empty());
 
     hk.Attach(kWindow);
     hk.RegisterKey("switch", 0x53, 3);
@@ -163,9 +160,7 @@ TEST_F(RegHotKeyTest, ClearUnregistersFromLastToFirstThenStopsRoutingAsAttachZer
         temporary.Attach(kWindow);
         temporary.RegisterKey("a", 0x41, 2);
     }
-    EXPECT_TRUE(platform.atoms.empty());
-    EXPECT_TRUE(platform.hotKeys.empty());
-    EXPECT_TRUE(platform.routes.empty());
+    EXPECT_TRUE(platform.atoms.empty() && platform.hotKeys.empty() && platform.routes.empty());
 }
 
 TEST_F(RegHotKeyTest, WmHotKeyRaisesTheEventForItsIdentifier) {

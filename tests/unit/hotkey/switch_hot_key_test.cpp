@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "app/settings.h"
 #include "hotkey/fake_hot_key_platform.h"
 
@@ -19,9 +21,9 @@ TEST(SwitchHotKey, RegistersTheSettingsKeyAndSwitchesOnItsPressOnly) {
     int switches = 0;
     hotKey.registerFromSettings(kMainWindow, settings, [&] { ++switches; });
     ASSERT_EQ(platform.hotKeys.size(), 1u);
-    EXPECT_EQ(platform.hotKeys[0].window, kMainWindow);
-    EXPECT_EQ(platform.hotKeys[0].modifiers, 3u) << "the setting goes to RegisterHotKey as it is";
-    EXPECT_EQ(platform.hotKeys[0].key, 83u);
+    EXPECT_EQ(std::tuple(platform.hotKeys[0].window, platform.hotKeys[0].modifiers, platform.hotKeys[0].key),
+              std::tuple(kMainWindow, 3u, 83u))
+        << "the setting goes to RegisterHotKey as it is";
     platform.press(3, 83);
     EXPECT_EQ(switches, 1);
     platform.deliver(kMainWindow, cRegHotKey::kWmHotKey, static_cast<std::uintptr_t>(-2), 0);
@@ -34,9 +36,7 @@ TEST(SwitchHotKey, RegistersTheSettingsKeyAndSwitchesOnItsPressOnly) {
     EXPECT_EQ(platform.atoms.size(), 1u);
     EXPECT_EQ(platform.routes.size(), 1u);
     hotKey.remove();
-    EXPECT_TRUE(platform.hotKeys.empty());
-    EXPECT_TRUE(platform.atoms.empty());
-    EXPECT_TRUE(platform.routes.empty());
+    EXPECT_TRUE(platform.hotKeys.empty() && platform.atoms.empty() && platform.routes.empty());
     EXPECT_NO_THROW(hotKey.remove()) << "removing twice does nothing";
 }
 

@@ -13,8 +13,7 @@ TEST(ImageFacts, SizeTextThresholdsAreDecimalWhileTheDivisorIsNot) {
         {10752, "10 KB"},  // 10.5 KB: halves go to the even neighbour
         {11776, "12 KB"},  // 11.5 KB
         {1024000, "1000 KB"},
-        {1024512, "1000 KB"},  // 1000.5 rounds to 1000, not over the
-                               // threshold
+        {1024512, "1000 KB"},  // 1000.5 rounds to 1000, under the threshold
         {1025000, "1 MB"},
         {2621440, "2 MB"},            // 2.5 MB
         {3670016, "4 MB"},            // 3.5 MB

@@ -1,5 +1,7 @@
 #include "manager/manager_fixture.h"
 
+#include <tuple>
+
 namespace tl::test {
 namespace {
 
@@ -127,9 +129,9 @@ TEST_F(Commands, SelectedEntriesTakeAnOrientationAndDeleteKeepsThoseWhoseFilesSt
     loadWith({"C:\\a.jpg", "C:\\b.jpg", "C:\\c.jpg"});
     select({0, 2});
     manager.onOrTypeChosen(kStretch);
-    EXPECT_EQ(manager.entries()[0].orientation, kStretch);
-    EXPECT_EQ(manager.entries()[1].orientation, kCenter);
-    EXPECT_EQ(manager.entries()[2].orientation, kStretch);
+    EXPECT_EQ(std::tuple(manager.entries()[0].orientation, manager.entries()[1].orientation,
+                         manager.entries()[2].orientation),
+              std::tuple(kStretch, kCenter, kStretch));
     select({1});
     remover.keep = {"C:\\b.jpg"};
     manager.deleteSelected(false, false);
@@ -146,9 +148,8 @@ TEST_F(Commands, ClickingAnEntryPreviewsItOnceAndShowsItsOrientation) {
     manager.onList1Click();
     manager.onList1Click();
     EXPECT_EQ(view.log, "facts C:\\b.jpg;") << "the entry on show is not loaded again";
-    EXPECT_TRUE(view.helpHidden);
-    EXPECT_TRUE(view.controlFrameShown);
-    EXPECT_EQ(view.entryOrientation, kCenter);
+    EXPECT_EQ(std::tuple(view.helpHidden, view.controlFrameShown, view.entryOrientation),
+              std::tuple(true, true, kCenter));
     manager.onBrowsePreviewShown();
     manager.onList1Click();
     EXPECT_EQ(view.log, "facts C:\\b.jpg;facts C:\\b.jpg;") << "after a browsed file it shows again";

@@ -22,7 +22,6 @@ class FakeManagerView : public ManagerView {
     void showBusy() override { log += "busy;"; }
     void showIdle() override { log += "idle;"; }
     void busyProgress() override {
-        ++progressCalls;
         if (onProgress) {
             onProgress();
         }
@@ -82,7 +81,6 @@ class FakeManagerView : public ManagerView {
     std::string caption_;
     std::vector<std::string> captions;
     std::string log;
-    int progressCalls = 0;
     std::function<void()> onProgress;
     int hourglass = 0;
     std::string dir1;

@@ -11,37 +11,32 @@ using FileBrowser = ManagerTest;
 
 TEST(FolderPathForBrowser, KeepsARootsSeparatorAndDropsOthers) {
     const std::pair<const char*, const char*> cases[] = {
-        {"C:", "C:\\"}, {"C:\\", "C:\\"}, {"C:\\Photos\\", "C:\\Photos"}, {" D:\\x ", "D:\\x"}, {"D:\\x", "D:\\x"}};
+        {"C:", "C:\\"}, {"C:\\", "C:\\"}, {"C:\\Photos\\", "C:\\Photos"}, {" D:\\x ", "D:\\x"}};
     for (const auto& [in, want] : cases) {
         EXPECT_EQ(folderPathForBrowser(in), want) << in;
     }
 }
 
-TEST_F(FileBrowser, AFolderListsItsAncestorsItselfAndItsSubFoldersInNameOrder) {
+// Each line as "text=path", the open folder's marked.
+std::vector<std::string> shown(const FolderListing& listing) {
+    std::vector<std::string> out;
+    for (const auto& line : listing.lines) {
+        out.push_back(line.text + "=" + line.path + (out.size() == size_t(listing.openIndex) ? " (open)" : ""));
+    }
+    return out;
+}
+
+TEST_F(FileBrowser, AFolderListsItsAncestorsItselfAndItsSubFoldersAndADriveRootItsFolders) {
     folder("C:\\Photos\\Trips\\rome");
     folder("C:\\Photos\\Trips\\Athens");
     folder("C:\\Photos\\Trips\\berlin");
     file("C:\\Photos\\Trips\\a.jpg");
-    const FolderListing listing = listFolder(fs, "C:\\Photos\\Trips\\");
-    std::vector<std::string> texts;
-    std::vector<std::string> paths;
-    for (const auto& line : listing.lines) {
-        texts.push_back(line.text);
-        paths.push_back(line.path);
-    }
-    EXPECT_THAT(texts, ElementsAre("C:\\", "  Photos", "    Trips", "      Athens", "      berlin", "      rome"));
-    EXPECT_THAT(paths, ElementsAre("C:\\", "C:\\Photos", "C:\\Photos\\Trips", "C:\\Photos\\Trips\\Athens",
-                                   "C:\\Photos\\Trips\\berlin", "C:\\Photos\\Trips\\rome"));
-    EXPECT_EQ(listing.openIndex, 2);
-}
-
-TEST_F(FileBrowser, ADriveRootListsItselfAndItsFolders) {
+    EXPECT_THAT(shown(listFolder(fs, "C:\\Photos\\Trips\\")),
+                ElementsAre("C:\\=C:\\", "  Photos=C:\\Photos", "    Trips=C:\\Photos\\Trips (open)",
+                            "      Athens=C:\\Photos\\Trips\\Athens", "      berlin=C:\\Photos\\Trips\\berlin",
+                            "      rome=C:\\Photos\\Trips\\rome"));
     folder("D:\\Pictures");
-    const FolderListing listing = listFolder(fs, "D:");
-    ASSERT_EQ(listing.lines.size(), 2u);
-    EXPECT_EQ(listing.lines[0].path, "D:\\");
-    EXPECT_EQ(listing.lines[1].path, "D:\\Pictures");
-    EXPECT_EQ(listing.openIndex, 0);
+    EXPECT_THAT(shown(listFolder(fs, "D:")), ElementsAre("D:\\=D:\\ (open)", "  Pictures=D:\\Pictures"));
 }
 
 TEST_F(FileBrowser, TheFileListShowsThePatternsPicturesOnceInNameOrder) {

@@ -10,14 +10,8 @@ using ::testing::UnorderedElementsAre;
 using FolderAdd = ManagerTest;
 
 TEST_F(FolderAdd, TakesEverySubFolderBreadthFirstBmpThenJpegThenJpgButLeavesGifOut) {
-    file("C:\\P\\Deep\\Deeper\\z.bmp");
-    file("C:\\P\\Deep\\Deeper\\g.GIF");
-    file("C:\\P\\Deep\\y.jpg");
-    file("C:\\P\\x.jpg");
-    file("C:\\P\\w.JPEG");
-    file("C:\\P\\v.bmp");
-    file("C:\\P\\d.gif");
-    file("C:\\P\\notes.txt");
+    files({"C:\\P\\Deep\\Deeper\\z.bmp", "C:\\P\\Deep\\Deeper\\g.GIF", "C:\\P\\Deep\\y.jpg", "C:\\P\\x.jpg",
+           "C:\\P\\w.JPEG", "C:\\P\\v.bmp", "C:\\P\\d.gif", "C:\\P\\notes.txt"});
     view.dir1 = view.highlighted = "C:\\P";
     std::vector<std::string> statuses;
     view.onProgress = [&] { statuses.push_back(manager.scanStatus()); };
@@ -32,9 +26,7 @@ TEST_F(FolderAdd, TakesEverySubFolderBreadthFirstBmpThenJpegThenJpgButLeavesGifO
 }
 
 TEST_F(FolderAdd, AnExtraPassAddsThePicturesInTheRootOfTheCurrentDriveAndGifsAloneAddNothing) {
-    file("D:\\Only\\a.jpg");
-    file("C:\\root.jpg");
-    file("C:\\root.gif");
+    files({"D:\\Only\\a.jpg", "C:\\root.jpg", "C:\\root.gif"});
     view.dir1 = view.highlighted = "D:\\Only";
     EXPECT_EQ(manager.addFolder(), 2);
     EXPECT_THAT(list1.lines(), ElementsAre("D:\\Only\\a.jpg", "\\root.jpg"));
@@ -47,8 +39,7 @@ TEST_F(FolderAdd, AnExtraPassAddsThePicturesInTheRootOfTheCurrentDriveAndGifsAlo
 }
 
 TEST_F(FolderAdd, ADriveRootGivesDoubledSeparators) {
-    file("E:\\a.jpg");
-    file("E:\\Sub\\b.jpg");
+    files({"E:\\a.jpg", "E:\\Sub\\b.jpg"});
     view.dir1 = view.highlighted = "E:\\";
     manager.addFolder();
     EXPECT_THAT(list1.lines(), UnorderedElementsAre("E:\\\\a.jpg", "E:\\\\Sub\\b.jpg"));
@@ -62,8 +53,7 @@ TEST_F(FolderAdd, TheTableHolds1001FoldersAndPastItTheAddStopsWithAMessageKeepin
     EXPECT_FALSE(collectFolders(fs, "C:\\Big").overflowed);
 
     // Row 0 is Big, rows 1-1000 its sub-folders; the 1,001st sub-folder (f1000 or any other) no longer fits.
-    file("C:\\Big\\f1000\\p.jpg");
-    file("C:\\Big\\top.jpg");
+    files({"C:\\Big\\f1000\\p.jpg", "C:\\Big\\top.jpg"});
     const FolderTable table = collectFolders(fs, "C:\\Big");
     EXPECT_EQ(table.folders.size(), 1001u);
     EXPECT_TRUE(table.overflowed);
@@ -77,9 +67,7 @@ TEST_F(FolderAdd, TheTableHolds1001FoldersAndPastItTheAddStopsWithAMessageKeepin
 }
 
 TEST_F(FolderAdd, SkipsDuplicatesAndSortsWhenAsked) {
-    file("C:\\S\\b.jpg");
-    file("C:\\S\\a.jpg");
-    file("C:\\S\\c.jpg");
+    files({"C:\\S\\b.jpg", "C:\\S\\a.jpg", "C:\\S\\c.jpg"});
     app.settings.AutoSortFolder = true;
     manager.load(1024, 768);  // reads no list: AppState.listPath is empty
     manager.addEntry("c:\\s\\C.JPG", kCenter);

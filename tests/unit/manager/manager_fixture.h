@@ -50,6 +50,11 @@ class ManagerTest : public ::testing::Test {
         std::filesystem::create_directories(native.parent_path());
         std::ofstream(native, std::ios::binary) << contents;
     }
+    void files(std::initializer_list<std::string> paths) {
+        for (const auto& p : paths) {
+            file(p);
+        }
+    }
     void folder(const std::string& path) {
         std::filesystem::create_directories(PosixFileSystem::nativePath(fs.map(path)));
     }

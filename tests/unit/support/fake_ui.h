@@ -9,11 +9,12 @@ namespace tl::test {
 
 // Records every message box and beep; answers message boxes from a queue (OK when it is empty).
 class FakeUi : public Ui {
-public:
+  public:
     struct Message {
         std::string text;
         std::string title;
         unsigned style;
+        bool operator==(const Message&) const = default;
     };
 
     int messageBox(std::string_view text, std::string_view title, unsigned style) override {

@@ -11,23 +11,17 @@ TEST(FoldersToWatch, EachFolderOnceAndNoneInsideAnother) {
     const struct {
         TrackedFolders tracked;
         Folders expected;
-    } cases[] = {
-        {{""}, {}},
-        {{"", "C:\\Pics", "D:\\Photos"}, {"C:\\Pics", "D:\\Photos"}},
-        {{"", "C:\\Pics", "c:\\PICS"}, {"C:\\Pics"}},
-        {{"", "C:\\Pics", "C:\\Pics\\"}, {"C:\\Pics"}},
-        {{"", "C:\\Pics\\Sub", "C:\\Pics"}, {"C:\\Pics"}},
-        {{"", "C:\\Pics", "C:\\Pics\\Sub"}, {"C:\\Pics"}},
-        {{"", "C:\\Pics", "C:\\Pictures"}, {"C:\\Pics", "C:\\Pictures"}},
-        {{"C:\\", "", "C:\\Pics"}, {"C:\\"}},
-        {{"C:\\Pics", "  ", "", "D:\\x"}, {"C:\\Pics", "D:\\x"}},
-    };
+    } cases[] = {{{""}, {}},
+                 {{"", "C:\\Pics", "D:\\Photos"}, {"C:\\Pics", "D:\\Photos"}},
+                 {{"", "C:\\Pics", "c:\\PICS"}, {"C:\\Pics"}},
+                 {{"", "C:\\Pics", "C:\\Pics\\"}, {"C:\\Pics"}},
+                 {{"", "C:\\Pics\\Sub", "C:\\Pics"}, {"C:\\Pics"}},
+                 {{"", "C:\\Pics", "C:\\Pics\\Sub"}, {"C:\\Pics"}},
+                 {{"", "C:\\Pics", "C:\\Pictures"}, {"C:\\Pics", "C:\\Pictures"}},
+                 {{"C:\\", "", "C:\\Pics"}, {"C:\\"}},
+                 {{"C:\\Pics", "  ", "", "D:\\x"}, {"C:\\Pics", "D:\\x"}}};
     for (const auto& c : cases) {
-        std::string shown;
-        for (const auto& f : c.tracked) {
-            shown += "[" + f + "]";
-        }
-        EXPECT_EQ(foldersToWatch(c.tracked), c.expected) << shown;
+        EXPECT_EQ(foldersToWatch(c.tracked), c.expected) << testing::PrintToString(c.tracked);
     }
 }
 
