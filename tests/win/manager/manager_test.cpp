@@ -134,6 +134,7 @@ TEST(ListManager, TheNamedListIsEditedAndSaveAndCloseHandsItToTheChanger) {
     EXPECT_EQ(m.program.window("TessalineMain"), nullptr) << "the changer must not load with /setup";
     dropFiles(m.program.pid(), m.window, {dir.file("second.bmp")});
     ASSERT_TRUE(m.waitForLines(2));
+    ScreenShot().save("manager.bmp");  // to look at: the list as the user sees it
 
     m.pickMenu("Save and &close");
     ASSERT_NE(m.program.waitForLoaded("TessalineMain"), nullptr) << "frmMain did not load";
