@@ -119,7 +119,9 @@ TEST(ListManager, AFolderASelectionAndADropBuildAListThatSaveAsWrites) {
     for (const auto& path : sorted) {
         expected.push_back(path + "\t0");
     }
-    EXPECT_EQ(dir.lines("built.wall"), expected);
+    // The caption shows the new name before the list is written.
+    EXPECT_TRUE(waitFor([&] { return dir.lines("built.wall") == expected; }))
+        << ::testing::PrintToString(dir.lines("built.wall"));
 }
 
 TEST(ListManager, TheNamedListIsEditedAndSaveAndCloseHandsItToTheChanger) {
