@@ -18,7 +18,24 @@ echo "== Win32 tests under Wine =="
 source "$root/scripts/lib/wine-session.sh"
 trap wine_session_stop EXIT
 wine_session_start
-wine ./build/windows/win_tests.exe --gtest_brief=1 "$@" || status=1
+# These drive real windows with real input under Wine, where a click or a focus change is now and then
+# lost on a loaded machine. A test that fails is run once more on its own and reported as flaky if it
+# passes then; one that fails twice fails the run.
+log=$(mktemp)
+if ! wine ./build/windows/win_tests.exe --gtest_brief=1 "$@" 2>&1 | tee "$log"; then
+    failed=$(tr -d '\r' <"$log" | sed -n 's/^\[  FAILED  \] \([^ ,]*\.[^ ,]*\).*/\1/p' | sort -u | paste -sd: -)
+    if [ -z "$failed" ]; then
+        status=1
+    else
+        echo "== Running the failed Wine tests again: $failed =="
+        if wine ./build/windows/win_tests.exe --gtest_brief=1 --gtest_filter="$failed"; then
+            echo "FLAKY (failed once, passed when run again): $failed"
+        else
+            status=1
+        fi
+    fi
+fi
+rm -f "$log"
 
 if [ $status -eq 0 ]; then
     echo "All tests passed."
