@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "bench/timing.h"
-#include "lists/jpeg_decoder.h"
+#include "jpeg/decoder.h"
 
 namespace {
 

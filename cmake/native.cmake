@@ -11,7 +11,9 @@ target_link_libraries(tessaline_posix PUBLIC tessaline_core)
 target_compile_options(tessaline_posix PRIVATE ${TL_WARNINGS})
 
 find_package(GTest REQUIRED)
-file(GLOB_RECURSE TL_UNIT_TESTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/unit/*.cpp")
+# The JPEG library keeps its tests beside it.
+file(GLOB_RECURSE TL_UNIT_TESTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/unit/*.cpp"
+     "${CMAKE_SOURCE_DIR}/jpeg/tests/*.cpp")
 add_executable(unit_tests ${TL_UNIT_TESTS})
 target_include_directories(unit_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/unit ${CMAKE_SOURCE_DIR}/tests)
 target_link_libraries(unit_tests PRIVATE tessaline_posix GTest::gtest GTest::gtest_main GTest::gmock)

@@ -1,7 +1,7 @@
 #include "lists/picture_win.h"
 
 #include "base/page_memory.h"
-#include "lists/jpeg_decoder.h"
+#include "jpeg/decoder.h"
 #include "lists/picture_scale.h"
 
 #include <wincodec.h>

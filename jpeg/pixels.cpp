@@ -1,10 +1,10 @@
-#include "lists/jpeg_pixels.h"
+#include "jpeg/pixels.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
-#include "lists/jpeg_kernels.h"
+#include "jpeg/kernels.h"
 
 namespace tl::jpeg {
 

@@ -1,4 +1,4 @@
-#include "lists/jpeg_reference.h"
+#include "jpeg/tests/reference.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 #include <cstring>
 #include <sstream>
 
-#include "lists/jpeg_decoder.h"
+#include "jpeg/decoder.h"
 
 namespace tl::test {
 

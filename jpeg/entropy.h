@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "lists/jpeg_frame.h"
+#include "jpeg/frame.h"
 
 // The JPEG decoder's reading of the Huffman-coded blocks of the scan, one row of MCUs at a time.
 namespace tl::jpeg {

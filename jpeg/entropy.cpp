@@ -1,4 +1,4 @@
-#include "lists/jpeg_entropy.h"
+#include "jpeg/entropy.h"
 
 #include <bit>
 #include <cstring>

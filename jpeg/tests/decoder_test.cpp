@@ -1,4 +1,4 @@
-#include "lists/jpeg_decoder.h"
+#include "jpeg/decoder.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <random>
 
 #include "base/page_memory.h"
-#include "lists/jpeg_reference.h"
+#include "jpeg/tests/reference.h"
 
 namespace tl::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "lists/jpeg_pixels.h"
+#include "jpeg/pixels.h"
 
 #include <gtest/gtest.h>
 

@@ -1,9 +1,9 @@
-#include "lists/jpeg_frame.h"
+#include "jpeg/frame.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "lists/jpeg_decoder.h"
+#include "jpeg/decoder.h"
 
 namespace tl::jpeg {
 

@@ -1,4 +1,4 @@
-#include "lists/jpeg_decoder.h"
+#include "jpeg/decoder.h"
 
 #include <algorithm>
 #include <atomic>
@@ -16,8 +16,8 @@
 #endif
 
 #include "base/page_memory.h"
-#include "lists/jpeg_entropy.h"
-#include "lists/jpeg_pixels.h"
+#include "jpeg/entropy.h"
+#include "jpeg/pixels.h"
 
 namespace tl {
 

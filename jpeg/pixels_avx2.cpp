@@ -1,8 +1,8 @@
 // Built with AVX2 enabled on x86-64 and called only on processors that have it. Nothing from the standard
 // library is used here: an inline function compiled with AVX2 instructions could otherwise be the copy
 // the linker keeps for everyone.
-#include "lists/jpeg_kernels.h"
-#include "lists/jpeg_pixels.h"
+#include "jpeg/kernels.h"
+#include "jpeg/pixels.h"
 
 namespace tl::jpeg {
 
