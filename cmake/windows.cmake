@@ -87,3 +87,11 @@ foreach(src IN LISTS TL_WIN_BENCHES)
     target_link_options(${name} PRIVATE ${TL_EXE_LINK})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
 endforeach()
+
+# The install test's probe (tests/install/run.sh): a console program that plays a sign-in and looks for
+# the installed program in the tray.
+add_executable(install_probe tests/install/probe.cpp)
+target_link_libraries(install_probe PRIVATE shell32 user32 advapi32)
+target_compile_options(install_probe PRIVATE ${TL_WARNINGS})
+target_link_options(install_probe PRIVATE ${TL_STATIC})
+set_target_properties(install_probe PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})

@@ -1,7 +1,9 @@
 #!/usr/bin/env bash
 # Runs every test: the native unit tests of the portable core (with sanitizers), then the Win32 tests
-# under Wine on their own Xvfb display and WINEPREFIX. Exits non-zero on any failure.
-# Extra arguments are passed to the Wine tests (for example --gtest_filter=StartUp.*).
+# under Wine on their own Xvfb display and WINEPREFIX, then the install tests (setup program, upgrade,
+# uninstall, portable zip) on another display and prefix of their own. Exits non-zero on any failure.
+# Extra arguments are passed to the Wine tests (for example --gtest_filter=StartUp.*); with them the
+# install tests are left out.
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -36,6 +38,13 @@ if ! wine ./build/windows/win_tests.exe --gtest_brief=1 "$@" 2>&1 | tee "$log"; 
     fi
 fi
 rm -f "$log"
+wine_session_stop
+trap - EXIT
+
+if [ $# -eq 0 ]; then
+    echo "== Install tests under Wine =="
+    "$root/tests/install/run.sh" || status=1
+fi
 
 if [ $status -eq 0 ]; then
     echo "All tests passed."
