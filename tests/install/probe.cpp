@@ -4,8 +4,9 @@
 //   install_probe signin         starts the command line of HKCU\...\Run "Tessaline", as a sign-in does
 //   install_probe tray           waits for a Tessaline main window whose tray icon is there; prints its pid
 //   install_probe running        prints the pid of a running Tessaline main window, if there is one
-#include <shellapi.h>
 #include <windows.h>
+
+#include <shellapi.h>
 
 #include <cstdio>
 #include <cstring>
