@@ -18,6 +18,7 @@
 #include "base/page_memory.h"
 #include "jpeg/entropy.h"
 #include "jpeg/pixels.h"
+#include "jpeg/progressive.h"
 
 namespace tl {
 
@@ -342,6 +343,20 @@ bool decodeOnTwoThreads(const Frame& frame,
     return true;
 }
 
+// Every scan into the whole picture's coefficients first, then the rows as a sequential picture's.
+JpegResult decodeProgressive(Frame& frame,
+                             std::span<const uint8_t> file,
+                             std::span<uint8_t> pixels,
+                             std::pmr::memory_resource& memory) {
+    ProgressiveDecoder scans(frame, file, memory);
+    const bool whole = scans.decodeScans();
+    RowBuilder builder(frame, pixels.data(), memory);
+    for (int r = 0; r < frame.mcuRows; ++r) {
+        builder.addRow(scans.takeRow(r));
+    }
+    return whole ? JpegResult::decoded : JpegResult::damaged;
+}
+
 }  // namespace
 
 size_t jpegBmpRowBytes(int width) {
@@ -365,14 +380,17 @@ JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, 
             pixels.size() < jpegBmpRowBytes(frame->width) * static_cast<size_t>(frame->height)) {
             return JpegResult::notHandled;
         }
-        EntropyDecoder entropy(*frame, file);
         std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
+        if (frame->progressive) {
+            return decodeProgressive(*frame, file, pixels, memory);
+        }
+        EntropyDecoder entropy(*frame, file);
         RowBuilder builder(*frame, pixels.data(), memory);
         if (options.threads < 2 || frame->mcuRows < 2 ||
             !decodeOnTwoThreads(*frame, entropy, builder, pixels, memory)) {
             decodeOnOneThread(*frame, entropy, builder, memory);
         }
-        return JpegResult::decoded;
+        return entropy.ranOut() ? JpegResult::damaged : JpegResult::decoded;
     } catch (const std::bad_alloc&) {
         return JpegResult::notHandled;
     }

@@ -5,26 +5,34 @@
 #include <memory_resource>
 #include <span>
 
-// Our own decoder for the JPEG files people keep as wallpapers (sequential Huffman-coded, 8-bit, grey or
-// YCbCr), written for speed: a 24-megapixel photo is decoded straight into BMP pixel rows. Whatever it
-// does not handle (progressive, arithmetic coding, 12-bit, CMYK, damage it can't get past) it says so
-// before writing anything, and the caller hands the file to a general decoder instead.
+// Our own decoder for the JPEG files people keep as wallpapers (sequential or progressive Huffman-coded,
+// 8-bit, grey, YCbCr or RGB), written for speed: a 24-megapixel photo is decoded straight into BMP pixel
+// rows. Whatever it does not handle (arithmetic coding, 12-bit, CMYK, lossless, damage it can't get past)
+// it says so before writing anything, and the caller hands the file to a general decoder instead.
 namespace tl {
 
 // What a JPEG file's headers say, read without decoding the picture.
 struct JpegHeader {
     int width = 0;
     int height = 0;
-    // decodeJpeg will decode it; when false, width and height may still be known (a progressive file).
+    // decodeJpeg will decode it; when false, width and height may still be known (an arithmetic-coded file).
     bool handled = false;
 };
 
-enum class JpegResult { decoded, notHandled };
+enum class JpegResult {
+    decoded,
+    notHandled,  // not a JPEG of a kind this decoder takes: `pixels` untouched, another decoder may try
+    // The file ended, or its data was damaged, before the picture did. The pixels are written all the same,
+    // what is missing as other decoders show it (flat grey, or a progressive picture's coarser version);
+    // whether such a picture is fit to show is the caller's decision.
+    damaged,
+};
 
 struct JpegOptions {
     // 1 decodes on the calling thread alone; 2 also uses a second thread for the entropy decoding.
     int threads = 2;
-    // Where the row and coefficient buffers come from (about 1.5 MB for a 24-megapixel photo); null: the heap.
+    // Where the row and coefficient buffers come from (about 1.5 MB for a 24-megapixel photo; a progressive
+    // one keeps all its coefficients, 2 bytes a sample: 72 MB at 4:2:0, 144 MB at 4:4:4); null: the heap.
     std::pmr::memory_resource* scratch = nullptr;
 };
 
@@ -36,8 +44,7 @@ size_t jpegBmpRowBytes(int width);
 
 // Decodes into BMP pixel data: rows of blue, green, red, each padded with zeros to a multiple of 4 bytes,
 // the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes. A file cut short is
-// decoded as far as it goes, the rest grey, as other decoders show it. notHandled leaves `pixels` as
-// it was.
+// decoded as far as it goes (damaged). notHandled leaves `pixels` as it was.
 JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options = {});
 
 }  // namespace tl

@@ -36,12 +36,13 @@ constexpr std::array<uint8_t, 64> makeZigzag() {
     }
     return order;
 }
-constexpr std::array<uint8_t, 64> kZigzag = makeZigzag();
 
 }  // namespace
 
+const std::array<uint8_t, 64> kZigzag = makeZigzag();
+
 EntropyDecoder::EntropyDecoder(const Frame& frame, std::span<const uint8_t> file)
-    : frame_(frame), pos_(file.data() + frame.scanStart), end_(file.data() + file.size()) {
+    : frame_(frame), stream_(file.data() + frame.scanStart, file.data() + file.size()) {
     restartsLeft_ = frame.restartInterval;
     for (int i = 0; i < frame.componentCount; ++i) {
         const int c = frame.scanOrder[static_cast<size_t>(i)];
@@ -64,8 +65,11 @@ void EntropyDecoder::decodeRow(const CoefficientRow& row) {
     for (int mcu = 0; mcu < frame_.mcusAcross; ++mcu) {
         if (frame_.restartInterval > 0) {
             if (restartsLeft_ == 0) {
-                restart();
-                b = bits_;
+                b = {0, 0};
+                predictors_ = {};
+                if (stream_.restart()) {
+                    starved_ = false;
+                }
                 restartsLeft_ = frame_.restartInterval;
             }
             --restartsLeft_;
@@ -82,14 +86,13 @@ void EntropyDecoder::decodeRow(const CoefficientRow& row) {
         }
         if (b.count < 0) {
             starved_ = true;
+            ranOut_ = true;
         }
     }
     bits_ = b;
 }
 
-namespace {
-
-// A code longer than the look-up table resolves, found by the canonical code limits.
+// No such code: read as zero, as other decoders do.
 int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
     const auto top = static_cast<uint32_t>(bits >> 48);
     int l = HuffmanTable::kLookBits + 1;
@@ -97,7 +100,6 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
         ++l;
     }
     if (l > 16) {
-        // No such code: read as zero, as other decoders do.
         bits <<= 16;
         count -= 16;
         return 0;
@@ -108,31 +110,12 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
         .symbols[static_cast<size_t>(table.offset[static_cast<size_t>(l)] + static_cast<int32_t>(top >> (16 - l)))];
 }
 
-[[gnu::always_inline]] inline int decodeSymbol(const HuffmanTable& table, uint64_t& bits, int& count) {
-    const HuffmanTable::Fast fast = table.fast[bits >> (64 - HuffmanTable::kLookBits)];
-    if (fast.length != 0) {
-        bits <<= fast.length;
-        count -= fast.length;
-        return fast.symbol;
-    }
-    return decodeLongCode(table, bits, count);
-}
-
-[[gnu::always_inline]] inline uint32_t takeBits(int n, uint64_t& bits, int& count) {
-    const auto value = static_cast<uint32_t>(bits >> (64 - n));
-    bits <<= n;
-    count -= n;
-    return value;
-}
-
-}  // namespace
-
 [[gnu::always_inline]] inline int EntropyDecoder::decodeBlock(Bits& b, int16_t* out, const BlockPlan& plan) {
     constexpr int look = HuffmanTable::kLookBits;
     const HuffmanTable& ac = *plan.ac;
     const uint16_t* const q = plan.quant;
     if (b.count < 32) {
-        b = refill(b);
+        b = stream_.refill(b);
     }
     int difference = 0;
     const HuffmanTable::FastValue dc = plan.dc->fastValue[b.bits >> (64 - look)];
@@ -150,7 +133,7 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
     int last = 0;
     for (int k = 1; k < 64;) {
         if (b.count < 32) {
-            b = refill(b);
+            b = stream_.refill(b);
         }
         const HuffmanTable::FastValue fast = ac.fastValue[b.bits >> (64 - look)];
         if (fast.length != 0) {
@@ -185,7 +168,7 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
     return last;
 }
 
-EntropyDecoder::Bits EntropyDecoder::refill(Bits in) {
+BitStream::Bits BitStream::refill(Bits in) {
     auto [bits, count] = in;
     if (atMarker_) {
         return in;  // zeros come in from the right
@@ -228,10 +211,8 @@ EntropyDecoder::Bits EntropyDecoder::refill(Bits in) {
     return {bits, count};
 }
 
-void EntropyDecoder::restart() {
-    bits_ = {0, 0};
+bool BitStream::restart() {
     atMarker_ = false;
-    predictors_ = {};
     const int expected = nextRestart_;
     nextRestart_ = (nextRestart_ + 1) & 7;
     // Normally the expected marker is right here. Otherwise, as other decoders do: bytes before a marker are
@@ -243,7 +224,7 @@ void EntropyDecoder::restart() {
             ++pos_;
         }
         if (end_ - pos_ < 2) {
-            return;  // the data has run out
+            return false;  // the data has run out
         }
         const int marker = pos_[1];
         if (marker < 0xC0) {
@@ -251,16 +232,15 @@ void EntropyDecoder::restart() {
             continue;
         }
         if (marker < 0xD0 || marker > 0xD7) {
-            return;
+            return false;
         }
         const int ahead = (marker - 0xD0 - expected) & 7;
         if (ahead == 1 || ahead == 2) {
-            return;
+            return false;
         }
         pos_ += 2;
         if (ahead == 0 || ahead < 6) {
-            starved_ = false;
-            return;
+            return true;
         }
     }
 }

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "jpeg/decoder.h"
+#include "jpeg/progressive.h"
 
 namespace tl::jpeg {
 
@@ -69,7 +70,7 @@ bool readHuffmanTables(const uint8_t* seg, size_t length, Frame& frame) {
     return length == 0;
 }
 
-bool readQuantTables(const uint8_t* seg, size_t length, Frame& frame, std::array<bool, 4>& defined) {
+bool readQuantTables(const uint8_t* seg, size_t length, Frame& frame) {
     while (length > 0) {
         const int precision = seg[0] >> 4;
         const int slot = seg[0] & 15;
@@ -81,15 +82,16 @@ bool readQuantTables(const uint8_t* seg, size_t length, Frame& frame, std::array
         for (size_t k = 0; k < 64; ++k) {
             table[k] = precision == 0 ? seg[1 + k] : be16(seg + 1 + 2 * k);
         }
-        defined[static_cast<size_t>(slot)] = true;
+        frame.quantDefined[static_cast<size_t>(slot)] = true;
         seg += size;
         length -= size;
     }
     return true;
 }
 
-// The scan must code every component at once: files that send them in separate scans are left to others.
-bool readScan(const uint8_t* seg, size_t length, Frame& frame, const std::array<bool, 4>& quantDefined) {
+// The scan must code every component at once: sequential files that send them in separate scans are left
+// to others.
+bool readScan(const uint8_t* seg, size_t length, Frame& frame) {
     if (frame.componentCount == 0 || length < 1) {
         return false;
     }
@@ -114,10 +116,27 @@ bool readScan(const uint8_t* seg, size_t length, Frame& frame, const std::array<
         comp.dcTable = s[1] >> 4;
         comp.acTable = s[1] & 15;
         if (comp.dcTable > 3 || comp.acTable > 3 || !frame.dc[static_cast<size_t>(comp.dcTable)].defined ||
-            !frame.ac[static_cast<size_t>(comp.acTable)].defined || !quantDefined[static_cast<size_t>(comp.quant)]) {
+            !frame.ac[static_cast<size_t>(comp.acTable)].defined ||
+            !frame.quantDefined[static_cast<size_t>(comp.quant)]) {
             return false;
         }
         frame.scanOrder[static_cast<size_t>(i)] = index;
+    }
+    return true;
+}
+
+// A progressive frame's first scan may code any of the components, each with its quantization table
+// defined by then.
+bool readFirstProgressiveScan(const uint8_t* seg, size_t length, const Frame& frame) {
+    Scan scan;
+    if (frame.componentCount == 0 || !readProgressiveScan(seg, length, frame, scan)) {
+        return false;
+    }
+    for (int i = 0; i < scan.count; ++i) {
+        const Component& comp = frame.components[static_cast<size_t>(scan.components[static_cast<size_t>(i)])];
+        if (!frame.quantDefined[static_cast<size_t>(comp.quant)]) {
+            return false;
+        }
     }
     return true;
 }
@@ -159,6 +178,20 @@ bool layOut(Frame& frame) {
 }
 
 }  // namespace
+
+bool readTableSegment(uint8_t marker, const uint8_t* seg, size_t length, Frame& frame) {
+    switch (marker) {
+        case 0xC4:
+            return readHuffmanTables(seg, length, frame);
+        case 0xDB:
+            return readQuantTables(seg, length, frame);
+        case 0xDD:
+            frame.restartInterval = length == 2 ? be16(seg) : 0;
+            return length == 2;
+        default:
+            return false;
+    }
+}
 
 bool buildHuffmanTable(const uint8_t* counts, const uint8_t* symbols, bool ac, HuffmanTable& table) {
     constexpr int look = HuffmanTable::kLookBits;
@@ -224,7 +257,6 @@ HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame) {
     bool sawFrame = false;
     bool jfif = false;
     int adobeTransform = -1;
-    std::array<bool, 4> quantDefined{};
     size_t at = 2;
     for (;;) {
         // Anything between segments is skipped up to the next 0xFF, and fill bytes before a marker too.
@@ -250,20 +282,17 @@ HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame) {
         }
         const uint8_t* const seg = p + at + 2;
         const size_t segLength = length - 2;
+        const size_t segmentStart = at - 2;
         at += length;
         bool ok = true;
         if (isSofMarker(marker)) {
-            // Baseline and extended sequential Huffman only; progressive, lossless, hierarchical and
+            // Baseline, extended sequential and progressive Huffman only; lossless, hierarchical and
             // arithmetic-coded frames still give their size.
-            ok = !sawFrame && readFrame(seg, segLength, marker == 0xC0 || marker == 0xC1, frame);
+            ok = !sawFrame && readFrame(seg, segLength, marker == 0xC0 || marker == 0xC1 || marker == 0xC2, frame);
+            frame.progressive = marker == 0xC2;
             sawFrame = true;
-        } else if (marker == 0xC4) {
-            ok = readHuffmanTables(seg, segLength, frame);
-        } else if (marker == 0xDB) {
-            ok = readQuantTables(seg, segLength, frame, quantDefined);
-        } else if (marker == 0xDD) {
-            ok = segLength == 2;
-            frame.restartInterval = ok ? be16(seg) : 0;
+        } else if (marker == 0xC4 || marker == 0xDB || marker == 0xDD) {
+            ok = readTableSegment(marker, seg, segLength, frame);
         } else if (marker == 0xE0) {
             jfif = jfif || (segLength >= 14 && std::memcmp(seg, "JFIF", 5) == 0);
         } else if (marker == 0xEE) {
@@ -271,7 +300,9 @@ HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame) {
                 adobeTransform = seg[11];
             }
         } else if (marker == 0xDA) {
-            if (!readScan(seg, segLength, frame, quantDefined) || !layOut(frame)) {
+            if (!(frame.progressive ? readFirstProgressiveScan(seg, segLength, frame)
+                                    : readScan(seg, segLength, frame)) ||
+                !layOut(frame)) {
                 return HeaderStatus::unsupported;
             }
             // Three components are YCbCr unless the file says RGB: by an Adobe marker without JFIF, or
@@ -281,6 +312,7 @@ HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame) {
                 frame.componentCount == 3 && !jfif &&
                 (adobeTransform == 0 || (adobeTransform < 0 && c[0].id == 'R' && c[1].id == 'G' && c[2].id == 'B'));
             frame.scanStart = at;
+            frame.scanHeader = segmentStart;
             return HeaderStatus::ok;
         }
         if (!ok) {

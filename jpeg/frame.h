@@ -72,13 +72,20 @@ struct Frame {
     int restartInterval = 0;
     std::array<int, kMaxComponents> scanOrder{};      // component indexes in the order the scan codes them
     bool rgb = false;                                 // stored as RGB rather than YCbCr
+    bool progressive = false;                         // coded in several scans that refine the picture
     std::array<std::array<uint16_t, 64>, 4> quant{};  // in zigzag order, as stored
+    std::array<bool, 4> quantDefined{};
     std::array<HuffmanTable, 4> dc{};
     std::array<HuffmanTable, 4> ac{};
-    size_t scanStart = 0;  // offset of the entropy-coded data
+    size_t scanStart = 0;   // offset of the first scan's entropy-coded data
+    size_t scanHeader = 0;  // offset of the first scan's header (its SOS marker)
 };
 
 enum class HeaderStatus { ok, notJpeg, unsupported };
+
+// Reads a segment that may stand before any scan: Huffman tables (DHT), quantization tables (DQT) or the
+// restart interval (DRI), given by its marker. False when it is malformed.
+bool readTableSegment(uint8_t marker, const uint8_t* seg, size_t length, Frame& frame);
 
 // Reads markers from SOI to the first SOS. `frame` is filled as far as it could be read: width and height
 // are known for an unsupported frame type too.

@@ -77,14 +77,18 @@ std::optional<RgbImage> referenceDecode(const TempDir& dir, const std::vector<ui
     return parsePpm(dir.read("ref.ppm"));
 }
 
-std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads) {
+std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads, bool* complete) {
     const JpegHeader header = readJpegHeader(jpeg);
     if (!header.handled) {
         return std::nullopt;
     }
     const size_t stride = jpegBmpRowBytes(header.width);
     std::vector<uint8_t> pixels(stride * static_cast<size_t>(header.height));
-    if (decodeJpeg(jpeg, pixels, JpegOptions{threads}) != JpegResult::decoded) {
+    const JpegResult result = decodeJpeg(jpeg, pixels, JpegOptions{threads});
+    if (complete) {
+        *complete = result == JpegResult::decoded;
+    }
+    if (result == JpegResult::notHandled) {
         return std::nullopt;
     }
     RgbImage image{header.width, header.height,

@@ -30,7 +30,8 @@ std::vector<uint8_t> encodeJpeg(const TempDir& dir, const RgbImage& picture, con
 std::optional<RgbImage> referenceDecode(const TempDir& dir, const std::vector<uint8_t>& jpeg);
 
 // The file decoded by our decoder, turned from BMP rows into an RgbImage; nullopt when not handled.
-std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads);
+// `complete`, if given, says whether the picture was whole (not JpegResult::damaged).
+std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads, bool* complete = nullptr);
 
 struct Difference {
     int max = 0;      // largest difference of one channel of one pixel
