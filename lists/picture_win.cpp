@@ -74,7 +74,7 @@ JpegFile readJpegFile(const std::wstring& path) {
 }
 
 // Our own decoder goes first for JPEG files: several times faster than WIC on a big photo, and it writes
-// straight into the DIB. nullopt when it doesn't handle the file (progressive, CMYK...), for WIC to try.
+// straight into the DIB. nullopt when it doesn't handle the file (arithmetic coding, CMYK...), for WIC to try.
 std::optional<Picture> loadJpeg(const std::wstring& path) {
     JpegFile file;
     try {
