@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Runs every benchmark and prints its figures: the native ones (built in build/bench, optimised and without
-# sanitizers; the JPEG decoder's on two generated 24-megapixel photos, 4:4:4 and 4:2:0, beside djpeg), then
-# the Windows ones under Wine: the picture layer, applying the 24-megapixel JPEG beside djpeg -bmp on the
+# sanitizers; the JPEG decoder's on three generated 24-megapixel photos, 4:4:4, 4:2:0 and progressive 4:2:0,
+# beside djpeg), then the Windows ones under Wine: the picture layer, a progressive JPEG decoded and written
+# as a BMP file beside djpeg -bmp on the same file, applying the 24-megapixel JPEG beside djpeg -bmp on the
 # same file, GDI/USER objects after 10,000 applies, the list manager adding 20,000 files to a 20,000-entry
 # list in a real list box, and the program idling in the tray after a small and after the 24-megapixel
 # picture: its private working set beside a fair reference program's and a bare Win32 program's, and the
@@ -26,11 +27,17 @@ cmake --build build/bench -j 2 | grep -E "error|FAILED" -A5 || true
 # write 4:2:0, hence the second file.
 picture=build/bench/photo24mp.jpg
 picture420=build/bench/photo24mp-420.jpg
+progressive=build/bench/photo24mp-progressive.jpg
 if [ ! -f "$picture" ] || [ ! -f "$picture420" ]; then
     echo "== making 6000 x 4000 JPEGs =="
     convert -size 6000x4000 plasma:fractal -blur 0x1 -quality 90 "$picture.tmp.jpg"
     convert "$picture.tmp.jpg" -sampling-factor 2x2 -quality 90 "$picture420"
     mv "$picture.tmp.jpg" "$picture"
+fi
+# What phones and web pages write: 4:2:0, progressive.
+if [ ! -f "$progressive" ]; then
+    djpeg "$picture420" | cjpeg -progressive -sample 2x2 -quality 90 >"$progressive.tmp"
+    mv "$progressive.tmp" "$progressive"
 fi
 
 only="${1:-}"
@@ -39,7 +46,7 @@ for bench in build/bench/*_bench; do
     [ -x "$bench" ] || continue
     echo "== $(basename "$bench") =="
     case "$(basename "$bench")" in
-        jpeg_bench) "$bench" "$picture" "$picture420" ;;
+        jpeg_bench) "$bench" "$picture" "$picture420" "$progressive" ;;
         *) "$bench" ;;
     esac
 done
@@ -61,12 +68,13 @@ convert -size 64x48 plasma:fractal "$work/small/small.gif"
 convert -size 64x48 plasma:fractal BMP3:"$work/small/small.bmp"
 wine_session_start
 
-# The best wall time in milliseconds of n runs of djpeg decoding the picture to a BMP file.
+# The best wall time in milliseconds of n runs of djpeg decoding a file (the 24-megapixel picture unless
+# given) to a BMP file.
 djpeg_best_ms() {
-    local n=$1 best="" i start end ms
+    local n=$1 file=${2:-$picture} best="" i start end ms
     for i in $(seq 1 "$n"); do
         start=$(date +%s%N)
-        djpeg -bmp -outfile "$work/djpeg.bmp" "$picture"
+        djpeg -bmp -outfile "$work/djpeg.bmp" "$file"
         end=$(date +%s%N)
         ms=$(( (end - start) / 1000000 ))
         if [ -z "$best" ] || [ "$ms" -lt "$best" ]; then best=$ms; fi
@@ -79,6 +87,15 @@ if [ "$only" != "--idle" ]; then
     echo "== picture layer under Wine =="
     wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture")" 5
     wine ./build/windows/picture_bench_win.exe "$(windows_path "$picture420")" 5
+
+    echo "== a progressive JPEG under Wine (the picture layer, beside djpeg -bmp) =="
+    djpeg_first=$(djpeg_best_ms 5 "$progressive")
+    wine ./build/windows/picture_bench_win.exe "$(windows_path "$progressive")" 5 | tee "$work/progressive.txt"
+    djpeg_second=$(djpeg_best_ms 5 "$progressive")
+    djpeg_ms=$(( djpeg_first < djpeg_second ? djpeg_first : djpeg_second ))
+    ours_ms=$(sed -n 's/^decode and write a BMP file *best *\([0-9.]*\) ms.*/\1/p' "$work/progressive.txt")
+    echo "djpeg -bmp to a file, best ms: $djpeg_ms"
+    awk -v o="$ours_ms" -v d="$djpeg_ms" 'BEGIN { printf "progressive decode vs djpeg: %.2fx (target 1.5x)\n", o / d }'
 
     echo "== the list manager under Wine (a real LISTBOX) =="
     wine ./build/windows/manager_bench_win.exe
