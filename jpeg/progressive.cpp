@@ -153,14 +153,6 @@ ProgressiveDecoder::ProgressiveDecoder(Frame& frame, std::span<const uint8_t> fi
     }
 }
 
-size_t ProgressiveDecoder::coefficientBytes() const {
-    size_t bytes = 0;
-    for (const Plane& plane : planes_) {
-        bytes += plane.blocks.size() * sizeof(int16_t) + plane.nonzero.size() * sizeof(uint64_t);
-    }
-    return bytes;
-}
-
 bool ProgressiveDecoder::decodeScans() {
     const uint8_t* const p = file_.data();
     const size_t n = file_.size();

@@ -46,9 +46,6 @@ class ProgressiveDecoder {
     // Row r of MCUs, dequantized in place. Each row can be taken once, after decodeScans.
     CoefficientRow takeRow(int r);
 
-    // The memory the coefficients take.
-    size_t coefficientBytes() const;
-
   private:
     using Bits = BitStream::Bits;
     struct Plane {
