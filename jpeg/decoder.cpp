@@ -48,36 +48,57 @@ class CoefficientSlot {
 
 // Turns rows of coefficients into BMP rows: inverse DCT into a few rows of samples per component, then,
 // as soon as every component has the rows a picture row needs, upsampling and colour conversion straight
-// into the caller's pixels.
+// into the caller's pixels. At a reduction each block gives fewer samples (4, 2 or 1 a side for the
+// picture's densest component); a component sampled more sparsely keeps up to 8 a side, so it needs less
+// upsampling, or none.
 class RowBuilder {
   public:
-    RowBuilder(const Frame& frame, uint8_t* pixels, std::pmr::memory_resource& memory)
-        : frame_(frame), pixels_(pixels) {
-        stride_ = jpegBmpRowBytes(frame.width);
+    RowBuilder(const Frame& frame, int reduction, uint8_t* pixels, std::pmr::memory_resource& memory)
+        : frame_(frame),
+          pixels_(pixels),
+          width_(jpegScaledSide(frame.width, reduction)),
+          height_(jpegScaledSide(frame.height, reduction)),
+          rowsPerMcuRow_(frame.vMax * 8 / reduction) {
+        stride_ = jpegBmpRowBytes(width_);
         for (int c = 0; c < frame.componentCount; ++c) {
             const Component& comp = frame.components[static_cast<size_t>(c)];
             Plane& plane = planes_[static_cast<size_t>(c)];
-            plane.stride = static_cast<size_t>(comp.blocksAcross) * 8;
+            int hScale = frame.hMax / comp.h;
+            int vScale = frame.vMax / comp.v;
+            plane.blockSize = 8 / reduction;
+            while (plane.blockSize < 8 && hScale % 2 == 0 && vScale % 2 == 0) {
+                plane.blockSize *= 2;
+                hScale /= 2;
+                vScale /= 2;
+            }
+            plane.hScale = hScale;
+            plane.vScale = vScale;
+            plane.width = (comp.width * plane.blockSize + 7) / 8;
+            plane.height = (comp.height * plane.blockSize + 7) / 8;
+            plane.stride = static_cast<size_t>(comp.blocksAcross) * static_cast<size_t>(plane.blockSize);
             // Two MCU rows: picture rows wait at most a few sample rows for the next MCU row's chroma.
-            plane.ringRows = 16 * comp.v;
+            plane.ringRows = 2 * plane.blockSize * comp.v;
             plane.ring = ScratchArray<uint8_t>(memory, plane.stride * static_cast<size_t>(plane.ringRows));
-            plane.hScale = frame.hMax / comp.h;
-            plane.vScale = frame.vMax / comp.v;
-            if (plane.hScale == 1 && plane.vScale == 1) {
+            if (hScale == 1 && vScale == 1) {
                 plane.mode = Mode::direct;
-            } else if (plane.hScale == 2 && plane.vScale == 1 && comp.width > 2) {
+            } else if (hScale == 2 && vScale == 1 && plane.width > 2) {
                 plane.mode = Mode::h2v1;
-            } else if (plane.hScale == 1 && plane.vScale == 2) {
+            } else if (hScale == 1 && vScale == 2) {
                 plane.mode = Mode::h1v2;
-            } else if (plane.hScale == 2 && plane.vScale == 2 && comp.width > 2) {
+            } else if (hScale == 2 && vScale == 2 && plane.width > 2) {
                 plane.mode = Mode::h2v2;
             } else {
                 plane.mode = Mode::box;
             }
-            plane.upsampled = ScratchArray<uint8_t>(memory, plane.stride * static_cast<size_t>(plane.hScale) + 32);
+            plane.upsampled = ScratchArray<uint8_t>(memory, plane.stride * static_cast<size_t>(hScale) + 32);
             plane.blocksUsed = (comp.width + 7) / 8;
         }
     }
+
+    int width() const { return width_; }
+    int height() const { return height_; }
+    // Picture rows each MCU row makes (the last may make fewer).
+    int rowsPerMcuRow() const { return rowsPerMcuRow_; }
 
     void addRow(const CoefficientRow& row) {
         for (int c = 0; c < frame_.componentCount; ++c) {
@@ -85,21 +106,29 @@ class RowBuilder {
             Plane& plane = planes_[static_cast<size_t>(c)];
             int16_t* const blocks = row.blocks[static_cast<size_t>(c)];
             const uint8_t* const last = row.last[static_cast<size_t>(c)];
+            const int size = plane.blockSize;
             for (int by = 0; by < comp.v; ++by) {
-                const int top = plane.rowsDone + 8 * by;
+                const int top = plane.rowsDone + size * by;
                 // Blocks past the picture's right and bottom edges are decoded but never shown.
-                const int shown = top < comp.height ? plane.blocksUsed : 0;
+                const int shown = top < plane.height ? plane.blocksUsed : 0;
                 uint8_t* const out = plane.row(top);
                 const size_t first = static_cast<size_t>(by) * static_cast<size_t>(comp.blocksAcross);
                 int bx = 0;
-                for (; bx + 1 < shown; bx += 2) {
-                    const size_t index = first + static_cast<size_t>(bx);
-                    idctBlockPair(blocks + index * 64, last[index], blocks + (index + 1) * 64, last[index + 1],
-                                  out + 8 * bx, plane.stride);
-                }
-                if (bx < shown) {
-                    const size_t index = first + static_cast<size_t>(bx);
-                    idctBlock(blocks + index * 64, last[index], out + 8 * bx, plane.stride);
+                if (size == 8) {
+                    for (; bx + 1 < shown; bx += 2) {
+                        const size_t index = first + static_cast<size_t>(bx);
+                        idctBlockPair(blocks + index * 64, last[index], blocks + (index + 1) * 64, last[index + 1],
+                                      out + 8 * bx, plane.stride);
+                    }
+                    if (bx < shown) {
+                        const size_t index = first + static_cast<size_t>(bx);
+                        idctBlock(blocks + index * 64, last[index], out + 8 * bx, plane.stride);
+                    }
+                } else {
+                    for (; bx < shown; ++bx) {
+                        const size_t index = first + static_cast<size_t>(bx);
+                        idctBlockReduced(blocks + index * 64, last[index], size, out + size * bx, plane.stride);
+                    }
                 }
                 for (bx = 0; bx < comp.blocksAcross; ++bx) {
                     const size_t index = first + static_cast<size_t>(bx);
@@ -111,9 +140,9 @@ class RowBuilder {
                     }
                 }
             }
-            plane.rowsDone += 8 * comp.v;
+            plane.rowsDone += size * comp.v;
         }
-        while (nextRow_ < frame_.height && rowReady(nextRow_)) {
+        while (nextRow_ < height_ && rowReady(nextRow_)) {
             emitRow(nextRow_++);
         }
     }
@@ -125,7 +154,10 @@ class RowBuilder {
         size_t stride = 0;
         int ringRows = 0;
         int rowsDone = 0;
-        int hScale = 1;
+        int blockSize = 8;  // samples a side each block gives
+        int width = 0;      // samples across and rows, at this reduction
+        int height = 0;
+        int hScale = 1;  // the upsampling each way
         int vScale = 1;
         int blocksUsed = 0;
         Mode mode = Mode::direct;
@@ -136,9 +168,8 @@ class RowBuilder {
     // The last sample row of the component that picture row y is made from.
     int lastRowNeeded(int c, int y) const {
         const Plane& plane = planes_[static_cast<size_t>(c)];
-        const int height = frame_.components[static_cast<size_t>(c)].height;
         if (plane.mode == Mode::h1v2 || plane.mode == Mode::h2v2) {
-            return std::min(y / 2 + (y & 1), height - 1);
+            return std::min(y / 2 + (y & 1), plane.height - 1);
         }
         return y / plane.vScale;
     }
@@ -154,23 +185,22 @@ class RowBuilder {
 
     const uint8_t* componentRow(int c, int y) {
         Plane& plane = planes_[static_cast<size_t>(c)];
-        const Component& comp = frame_.components[static_cast<size_t>(c)];
         uint8_t* const up = plane.upsampled.data();
         switch (plane.mode) {
             case Mode::direct:
                 return plane.row(y);
             case Mode::h2v1:
-                upsampleH2V1(plane.row(y), comp.width, up);
+                upsampleH2V1(plane.row(y), plane.width, up);
                 return up;
             case Mode::h1v2:
             case Mode::h2v2: {
                 const int k = y / 2;
                 const bool lower = (y & 1) != 0;
-                const int far = lower ? std::min(k + 1, comp.height - 1) : std::max(k - 1, 0);
+                const int far = lower ? std::min(k + 1, plane.height - 1) : std::max(k - 1, 0);
                 if (plane.mode == Mode::h1v2) {
-                    upsampleH1V2(plane.row(k), plane.row(far), comp.width, lower, up);
+                    upsampleH1V2(plane.row(k), plane.row(far), plane.width, lower, up);
                 } else {
-                    upsampleH2V2(plane.row(k), plane.row(far), comp.width, up);
+                    upsampleH2V2(plane.row(k), plane.row(far), plane.width, up);
                 }
                 return up;
             }
@@ -178,32 +208,35 @@ class RowBuilder {
                 if (plane.hScale == 1) {
                     return plane.row(y / plane.vScale);
                 }
-                upsampleBox(plane.row(y / plane.vScale), comp.width, plane.hScale, up);
+                upsampleBox(plane.row(y / plane.vScale), plane.width, plane.hScale, up);
                 return up;
         }
         return up;
     }
 
     void emitRow(int y) {
-        uint8_t* const out = pixels_ + static_cast<size_t>(frame_.height - 1 - y) * stride_;
+        uint8_t* const out = pixels_ + static_cast<size_t>(height_ - 1 - y) * stride_;
         const uint8_t* c0 = componentRow(0, y);
         if (frame_.componentCount == 1) {
-            greyToBgr(c0, frame_.width, out);
+            greyToBgr(c0, width_, out);
         } else {
             const uint8_t* c1 = componentRow(1, y);
             const uint8_t* c2 = componentRow(2, y);
             if (frame_.rgb) {
-                rgbToBgr(c0, c1, c2, frame_.width, out);
+                rgbToBgr(c0, c1, c2, width_, out);
             } else {
-                yccToBgr(c0, c1, c2, frame_.width, out);
+                yccToBgr(c0, c1, c2, width_, out);
             }
         }
-        const size_t used = static_cast<size_t>(frame_.width) * 3;
+        const size_t used = static_cast<size_t>(width_) * 3;
         std::memset(out + used, 0, stride_ - used);
     }
 
     const Frame& frame_;
     uint8_t* const pixels_;
+    const int width_;
+    const int height_;
+    const int rowsPerMcuRow_;
     size_t stride_ = 0;
     std::array<Plane, kMaxComponents> planes_;
     int nextRow_ = 0;
@@ -308,10 +341,10 @@ bool decodeOnTwoThreads(const Frame& frame,
     Progress built;
     // Picture rows from MCU row r down lie in the first bytes of the bottom-up pixels, and the builder only
     // writes them once it has that row.
-    const size_t stride = jpegBmpRowBytes(frame.width);
+    const size_t stride = jpegBmpRowBytes(builder.width());
     const auto bytesFromRow = [&](int r) {
-        const int rowsAbove = std::min(frame.height, r * 8 * frame.vMax);
-        return static_cast<size_t>(frame.height - rowsAbove) * stride;
+        const int rowsAbove = std::min(builder.height(), r * builder.rowsPerMcuRow());
+        return static_cast<size_t>(builder.height() - rowsAbove) * stride;
     };
     std::thread worker;
     try {
@@ -346,11 +379,12 @@ bool decodeOnTwoThreads(const Frame& frame,
 // Every scan into the whole picture's coefficients first, then the rows as a sequential picture's.
 JpegResult decodeProgressive(Frame& frame,
                              std::span<const uint8_t> file,
+                             int reduction,
                              std::span<uint8_t> pixels,
                              std::pmr::memory_resource& memory) {
     ProgressiveDecoder scans(frame, file, memory);
     const bool whole = scans.decodeScans();
-    RowBuilder builder(frame, pixels.data(), memory);
+    RowBuilder builder(frame, reduction, pixels.data(), memory);
     for (int r = 0; r < frame.mcuRows; ++r) {
         builder.addRow(scans.takeRow(r));
     }
@@ -361,6 +395,19 @@ JpegResult decodeProgressive(Frame& frame,
 
 size_t jpegBmpRowBytes(int width) {
     return (static_cast<size_t>(width) * 3 + 3) & ~static_cast<size_t>(3);
+}
+
+int jpegScaledSide(int side, int reduction) {
+    return (side + reduction - 1) / reduction;
+}
+
+int jpegReductionToCover(int width, int height, int targetWidth, int targetHeight) {
+    for (const int reduction : {8, 4, 2}) {
+        if (jpegScaledSide(width, reduction) >= targetWidth && jpegScaledSide(height, reduction) >= targetHeight) {
+            return reduction;
+        }
+    }
+    return 1;
 }
 
 JpegHeader readJpegHeader(std::span<const uint8_t> file) {
@@ -375,17 +422,22 @@ JpegHeader readJpegHeader(std::span<const uint8_t> file) {
 
 JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options) {
     try {
+        const int reduction = options.reduction;
+        if (reduction != 1 && reduction != 2 && reduction != 4 && reduction != 8) {
+            return JpegResult::notHandled;
+        }
         const auto frame = std::make_unique<Frame>();
         if (readHeaders(file, *frame) != HeaderStatus::ok ||
-            pixels.size() < jpegBmpRowBytes(frame->width) * static_cast<size_t>(frame->height)) {
+            pixels.size() < jpegBmpRowBytes(jpegScaledSide(frame->width, reduction)) *
+                                static_cast<size_t>(jpegScaledSide(frame->height, reduction))) {
             return JpegResult::notHandled;
         }
         std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
         if (frame->progressive) {
-            return decodeProgressive(*frame, file, pixels, memory);
+            return decodeProgressive(*frame, file, reduction, pixels, memory);
         }
         EntropyDecoder entropy(*frame, file);
-        RowBuilder builder(*frame, pixels.data(), memory);
+        RowBuilder builder(*frame, reduction, pixels.data(), memory);
         if (options.threads < 2 || frame->mcuRows < 2 ||
             !decodeOnTwoThreads(*frame, entropy, builder, pixels, memory)) {
             decodeOnOneThread(*frame, entropy, builder, memory);

@@ -34,6 +34,9 @@ struct JpegOptions {
     // Where the row and coefficient buffers come from (about 1.5 MB for a 24-megapixel photo; a progressive
     // one keeps all its coefficients, 2 bytes a sample: 72 MB at 4:2:0, 144 MB at 4:4:4); null: the heap.
     std::pmr::memory_resource* scratch = nullptr;
+    // 1 decodes the whole picture; 2, 4 or 8 decode it at that fraction of its size, each side rounded up
+    // (jpegScaledSide), from the low frequencies of its blocks: much less work than the whole picture.
+    int reduction = 1;
 };
 
 // Reads the headers up to the first scan.
@@ -42,9 +45,17 @@ JpegHeader readJpegHeader(std::span<const uint8_t> file);
 // Bytes in one BMP pixel row: width * 3 padded to a multiple of 4.
 size_t jpegBmpRowBytes(int width);
 
+// A side of the picture decoded at 1/reduction of its size.
+int jpegScaledSide(int side, int reduction);
+
+// The largest reduction (8, 4 or 2, else 1) at which a width x height picture still covers
+// targetWidth x targetHeight.
+int jpegReductionToCover(int width, int height, int targetWidth, int targetHeight);
+
 // Decodes into BMP pixel data: rows of blue, green, red, each padded with zeros to a multiple of 4 bytes,
-// the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes. A file cut short is
-// decoded as far as it goes (damaged). notHandled leaves `pixels` as it was.
+// the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes for the size the reduction
+// gives. A file cut short is decoded as far as it goes (damaged). notHandled (also for a reduction other
+// than 1, 2, 4 or 8) leaves `pixels` as it was.
 JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options = {});
 
 }  // namespace tl

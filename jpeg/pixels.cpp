@@ -50,6 +50,61 @@ uint8_t clampSample(int64_t v) {
     return static_cast<uint8_t>(std::clamp<int64_t>(v, 0, 255));
 }
 
+// sqrt(2) cos(pi / 8): the 4-point transform's one odd constant beside k0_541, sqrt(2) cos(3 pi / 8).
+constexpr int32_t k1_306 = fix(1.306562965);
+
+// The 4-point transform of s[0], s[step], s[2 step], s[3 step] (the 8-point basis taken at the centres of
+// sample pairs), scaled as the 8-point pass is, so both passes shift as there. The first pass's results
+// are held to 16 bits, as the vector 8 x 8 transform holds them, which keeps damaged blocks from
+// overflowing the second.
+void inverse4(const int32_t* s, int step, int shift, int32_t bias, int32_t* out) {
+    const int32_t s0 = s[0], s1 = s[step], s2 = s[2 * step], s3 = s[3 * step];
+    const int32_t even0 = (s0 + s2) * (1 << kConstBits) + bias;
+    const int32_t even1 = (s0 - s2) * (1 << kConstBits) + bias;
+    const int32_t odd0 = s1 * k1_306 + s3 * k0_541;
+    const int32_t odd1 = s1 * k0_541 - s3 * k1_306;
+    out[0] = (even0 + odd0) >> shift;
+    out[3] = (even0 - odd0) >> shift;
+    out[1] = (even1 + odd1) >> shift;
+    out[2] = (even1 - odd1) >> shift;
+}
+
+void idct4x4(const int16_t* block, uint8_t* out, size_t stride) {
+    std::array<int32_t, 16> in{};
+    std::array<int32_t, 16> work{};
+    std::array<int32_t, 4> column{};
+    for (size_t y = 0; y < 4; ++y) {
+        for (size_t x = 0; x < 4; ++x) {
+            in[y * 4 + x] = block[y * 8 + x];
+        }
+    }
+    for (size_t x = 0; x < 4; ++x) {
+        inverse4(&in[x], 4, kConstBits - kPass1Bits, 1 << (kConstBits - kPass1Bits - 1), column.data());
+        for (size_t y = 0; y < 4; ++y) {
+            work[y * 4 + x] = std::clamp(column[y], -32768, 32767);
+        }
+    }
+    constexpr int shift = kConstBits + kPass1Bits + 3;
+    constexpr int32_t bias = (1 << (shift - 1)) + (128 << shift);
+    std::array<int32_t, 4> row{};
+    for (size_t y = 0; y < 4; ++y) {
+        inverse4(&work[y * 4], 1, shift, bias, row.data());
+        for (size_t x = 0; x < 4; ++x) {
+            out[y * stride + x] = clampSample(row[x]);
+        }
+    }
+}
+
+// At 2 x 2 the transform has no fractions left: sums and differences of the four lowest coefficients.
+void idct2x2(const int16_t* block, uint8_t* out, size_t stride) {
+    const int32_t dc = block[0], across = block[1], down = block[8], both = block[9];
+    const auto sample = [](int32_t sum) { return clampSample(((sum + 4) >> 3) + 128); };
+    out[0] = sample(dc + across + down + both);
+    out[1] = sample(dc - across + down - both);
+    out[stride] = sample(dc + across - down - both);
+    out[stride + 1] = sample(dc - across - down + both);
+}
+
 struct ColourTables {
     std::array<int32_t, 256> crToR{};
     std::array<int32_t, 256> cbToB{};
@@ -272,6 +327,19 @@ void idctBlockPair(const int16_t* left,
     }
     idctBlock(left, lastLeft, out, stride);
     idctBlock(right, lastRight, out + 8, stride);
+}
+
+void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, size_t stride) {
+    if (last == 0 || size == 1) {
+        const uint8_t value = clampSample(((block[0] + 4) >> 3) + 128);
+        for (int y = 0; y < size; ++y) {
+            std::memset(out + static_cast<size_t>(y) * stride, value, static_cast<size_t>(size));
+        }
+    } else if (size == 4) {
+        idct4x4(block, out, stride);
+    } else {
+        idct2x2(block, out, stride);
+    }
 }
 
 void upsampleH2V1Plain(const uint8_t* in, int width, uint8_t* out) {

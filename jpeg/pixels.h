@@ -14,6 +14,10 @@ void idctBlock(const int16_t* block, int last, uint8_t* out, size_t stride);
 void idctBlockPlain(const int16_t* block, uint8_t* out, size_t stride);
 // Two blocks side by side: the right one's samples go to out + 8.
 void idctBlockPair(const int16_t* left, int lastLeft, const int16_t* right, int lastRight, uint8_t* out, size_t stride);
+// Inverse DCT of one block into `size` rows of `size` samples (4, 2 or 1), for a picture decoded at 1/2, 1/4
+// or 1/8 of its size: the block's 8-point transform from its lowest size x size frequencies alone, taken at
+// the centre of each group of samples an output stands for. A flat block gives the 8 x 8 transform's value.
+void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, size_t stride);
 
 // Chroma upsampling. Widths count input samples; edges repeat the outermost sample.
 // Doubles across, each output 3/4 the nearer input and 1/4 the other.
