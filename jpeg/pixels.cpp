@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <type_traits>
 
 #include "jpeg/kernels.h"
 
@@ -53,47 +54,98 @@ uint8_t clampSample(int64_t v) {
 // sqrt(2) cos(pi / 8): the 4-point transform's one odd constant beside k0_541, sqrt(2) cos(3 pi / 8).
 constexpr int32_t k1_306 = fix(1.306562965);
 
-// The 4-point transform of s[0], s[step], s[2 step], s[3 step] (the 8-point basis taken at the centres of
-// sample pairs), scaled as the 8-point pass is, so both passes shift as there. The first pass's results
-// are held to 16 bits, as the vector 8 x 8 transform holds them, which keeps damaged blocks from
-// overflowing the second.
-void inverse4(const int32_t* s, int step, int shift, int32_t bias, int32_t* out) {
-    const int32_t s0 = s[0], s1 = s[step], s2 = s[2 * step], s3 = s[3 * step];
-    const int32_t even0 = (s0 + s2) * (1 << kConstBits) + bias;
-    const int32_t even1 = (s0 - s2) * (1 << kConstBits) + bias;
-    const int32_t odd0 = s1 * k1_306 + s3 * k0_541;
-    const int32_t odd1 = s1 * k0_541 - s3 * k1_306;
-    out[0] = (even0 + odd0) >> shift;
-    out[3] = (even0 - odd0) >> shift;
-    out[1] = (even1 + odd1) >> shift;
-    out[2] = (even1 - odd1) >> shift;
-}
+// The 4-point transform of s0..s3 (the 8-point basis taken at the centres of sample pairs), scaled as the
+// 8-point pass is, so both passes shift as there. Written out in full and inlined: through a helper
+// writing to memory the compiler stalls on reading the results back.
+#define TL_INVERSE4(s0, s1, s2, s3, shift, bias, o0, o1, o2, o3)          \
+    do {                                                                  \
+        const int32_t even0 = ((s0) + (s2)) * (1 << kConstBits) + (bias); \
+        const int32_t even1 = ((s0) - (s2)) * (1 << kConstBits) + (bias); \
+        const int32_t odd0 = (s1)*k1_306 + (s3)*k0_541;                   \
+        const int32_t odd1 = (s1)*k0_541 - (s3)*k1_306;                   \
+        (o0) = (even0 + odd0) >> (shift);                                 \
+        (o3) = (even0 - odd0) >> (shift);                                 \
+        (o1) = (even1 + odd1) >> (shift);                                 \
+        (o2) = (even1 - odd1) >> (shift);                                 \
+    } while (false)
 
+// The first pass's results are held to 16 bits, as the vector 8 x 8 transform holds them, which keeps
+// damaged blocks from overflowing the second.
 void idct4x4(const int16_t* block, uint8_t* out, size_t stride) {
-    std::array<int32_t, 16> in{};
-    std::array<int32_t, 16> work{};
-    std::array<int32_t, 4> column{};
-    for (size_t y = 0; y < 4; ++y) {
-        for (size_t x = 0; x < 4; ++x) {
-            in[y * 4 + x] = block[y * 8 + x];
-        }
-    }
+    constexpr int shift1 = kConstBits - kPass1Bits;
+    constexpr int32_t bias1 = 1 << (shift1 - 1);
+    constexpr int shift2 = kConstBits + kPass1Bits + 3;
+    constexpr int32_t bias2 = (1 << (shift2 - 1)) + (128 << shift2);
+    int32_t work[16];
     for (size_t x = 0; x < 4; ++x) {
-        inverse4(&in[x], 4, kConstBits - kPass1Bits, 1 << (kConstBits - kPass1Bits - 1), column.data());
-        for (size_t y = 0; y < 4; ++y) {
-            work[y * 4 + x] = std::clamp(column[y], -32768, 32767);
-        }
+        const int32_t s0 = block[x], s1 = block[8 + x], s2 = block[16 + x], s3 = block[24 + x];
+        int32_t o0, o1, o2, o3;
+        TL_INVERSE4(s0, s1, s2, s3, shift1, bias1, o0, o1, o2, o3);
+        work[x] = std::clamp(o0, -32768, 32767);
+        work[4 + x] = std::clamp(o1, -32768, 32767);
+        work[8 + x] = std::clamp(o2, -32768, 32767);
+        work[12 + x] = std::clamp(o3, -32768, 32767);
     }
-    constexpr int shift = kConstBits + kPass1Bits + 3;
-    constexpr int32_t bias = (1 << (shift - 1)) + (128 << shift);
-    std::array<int32_t, 4> row{};
     for (size_t y = 0; y < 4; ++y) {
-        inverse4(&work[y * 4], 1, shift, bias, row.data());
-        for (size_t x = 0; x < 4; ++x) {
-            out[y * stride + x] = clampSample(row[x]);
-        }
+        const int32_t* w = work + 4 * y;
+        int32_t o0, o1, o2, o3;
+        TL_INVERSE4(w[0], w[1], w[2], w[3], shift2, bias2, o0, o1, o2, o3);
+        uint8_t* const row = out + y * stride;
+        row[0] = static_cast<uint8_t>(std::clamp(o0, 0, 255));
+        row[1] = static_cast<uint8_t>(std::clamp(o1, 0, 255));
+        row[2] = static_cast<uint8_t>(std::clamp(o2, 0, 255));
+        row[3] = static_cast<uint8_t>(std::clamp(o3, 0, 255));
     }
 }
+#undef TL_INVERSE4
+
+#if defined(__SSE2__)
+// The same transform four lanes at a time: the first pass takes the block's rows as they lie (a lane for
+// each column), the multiply-adds pair s0 with s2 and s1 with s3, and saturating packs do the clamping.
+void idct4x4Sse2(const int16_t* block, uint8_t* out, size_t stride) {
+    constexpr int shift1 = kConstBits - kPass1Bits;
+    constexpr int shift2 = kConstBits + kPass1Bits + 3;
+    const auto pair = [](int32_t a, int32_t b) {
+        return _mm_set1_epi32(static_cast<int32_t>(static_cast<uint32_t>(b) << 16 | static_cast<uint16_t>(a)));
+    };
+    const __m128i sum = pair(1 << kConstBits, 1 << kConstBits);
+    const __m128i difference = pair(1 << kConstBits, -(1 << kConstBits));
+    const __m128i odd0k = pair(k1_306, k0_541);
+    const __m128i odd1k = pair(k0_541, -k1_306);
+    const auto pass = [&](__m128i s02, __m128i s13, __m128i bias, auto shift, __m128i& a, __m128i& b) {
+        const __m128i even0 = _mm_add_epi32(_mm_madd_epi16(s02, sum), bias);
+        const __m128i even1 = _mm_add_epi32(_mm_madd_epi16(s02, difference), bias);
+        const __m128i odd0 = _mm_madd_epi16(s13, odd0k);
+        const __m128i odd1 = _mm_madd_epi16(s13, odd1k);
+        constexpr int n = decltype(shift)::value;
+        // a: outputs 0 and 1, b: outputs 2 and 3, four lanes each, saturated to 16 bits.
+        a = _mm_packs_epi32(_mm_srai_epi32(_mm_add_epi32(even0, odd0), n),
+                            _mm_srai_epi32(_mm_add_epi32(even1, odd1), n));
+        b = _mm_packs_epi32(_mm_srai_epi32(_mm_sub_epi32(even1, odd1), n),
+                            _mm_srai_epi32(_mm_sub_epi32(even0, odd0), n));
+    };
+    const auto load = [&](int row) { return _mm_loadl_epi64(reinterpret_cast<const __m128i*>(block + 8 * row)); };
+    __m128i a, b;
+    pass(_mm_unpacklo_epi16(load(0), load(2)), _mm_unpacklo_epi16(load(1), load(3)), _mm_set1_epi32(1 << (shift1 - 1)),
+         std::integral_constant<int, shift1>{}, a, b);
+    // a and b hold rows 0, 1 and 2, 3 of the intermediate; turned into columns 0, 1 (c) and 2, 3 (d).
+    __m128i t0 = _mm_unpacklo_epi16(a, b);
+    __m128i t1 = _mm_unpackhi_epi16(a, b);
+    const __m128i c = _mm_unpacklo_epi16(t0, t1);
+    const __m128i d = _mm_unpackhi_epi16(t0, t1);
+    pass(_mm_unpacklo_epi16(c, d), _mm_unpackhi_epi16(c, d), _mm_set1_epi32((1 << (shift2 - 1)) + (128 << shift2)),
+         std::integral_constant<int, shift2>{}, a, b);
+    // Now columns 0, 1 (a) and 2, 3 (b) of the samples, a lane for each row: back to rows.
+    t0 = _mm_unpacklo_epi16(a, b);
+    t1 = _mm_unpackhi_epi16(a, b);
+    const __m128i rows = _mm_packus_epi16(_mm_unpacklo_epi16(t0, t1), _mm_unpackhi_epi16(t0, t1));
+    alignas(16) uint8_t bytes[16];
+    _mm_store_si128(reinterpret_cast<__m128i*>(bytes), rows);
+    for (size_t y = 0; y < 4; ++y) {
+        std::memcpy(out + y * stride, bytes + 4 * y, 4);
+    }
+}
+#endif
 
 // At 2 x 2 the transform has no fractions left: sums and differences of the four lowest coefficients.
 void idct2x2(const int16_t* block, uint8_t* out, size_t stride) {
@@ -329,6 +381,16 @@ void idctBlockPair(const int16_t* left,
     idctBlock(right, lastRight, out + 8, stride);
 }
 
+void idctReducedPlain(const int16_t* block, int size, uint8_t* out, size_t stride) {
+    if (size == 4) {
+        idct4x4(block, out, stride);
+    } else if (size == 2) {
+        idct2x2(block, out, stride);
+    } else {
+        out[0] = clampSample(((block[0] + 4) >> 3) + 128);
+    }
+}
+
 void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, size_t stride) {
     if (last == 0 || size == 1) {
         const uint8_t value = clampSample(((block[0] + 4) >> 3) + 128);
@@ -336,7 +398,11 @@ void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, si
             std::memset(out + static_cast<size_t>(y) * stride, value, static_cast<size_t>(size));
         }
     } else if (size == 4) {
+#if defined(__SSE2__)
+        idct4x4Sse2(block, out, stride);
+#else
         idct4x4(block, out, stride);
+#endif
     } else {
         idct2x2(block, out, stride);
     }

@@ -18,6 +18,7 @@ void idctBlockPair(const int16_t* left, int lastLeft, const int16_t* right, int 
 // or 1/8 of its size: the block's 8-point transform from its lowest size x size frequencies alone, taken at
 // the centre of each group of samples an output stands for. A flat block gives the 8 x 8 transform's value.
 void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, size_t stride);
+void idctReducedPlain(const int16_t* block, int size, uint8_t* out, size_t stride);
 
 // Chroma upsampling. Widths count input samples; edges repeat the outermost sample.
 // Doubles across, each output 3/4 the nearer input and 1/4 the other.

@@ -390,19 +390,25 @@ TEST_F(JpegDecoder, SurvivesDamagedFiles) {
     for (const auto& original : originals) {
         ASSERT_FALSE(original.empty());
     }
-    const auto tryDecode = [](const std::vector<uint8_t>& file, int threads) {
+    // Whole or reduced by turns.
+    const auto tryDecode = [](const std::vector<uint8_t>& file, int threads, size_t turn) {
         const JpegHeader h = readJpegHeader(file);
         if (!h.handled) {
             std::vector<uint8_t> none(16, 0xEE);
             EXPECT_EQ(decodeJpeg(file, none), JpegResult::notHandled);
             return;
         }
-        std::vector<uint8_t> pixels(jpegBmpRowBytes(h.width) * static_cast<size_t>(h.height));
-        EXPECT_NE(decodeJpeg(file, pixels, JpegOptions{threads}), JpegResult::notHandled);
+        JpegOptions options;
+        options.threads = threads;
+        options.reduction = 1 << (turn % 4);
+        std::vector<uint8_t> pixels(jpegBmpRowBytes(jpegScaledSide(h.width, options.reduction)) *
+                                    static_cast<size_t>(jpegScaledSide(h.height, options.reduction)));
+        EXPECT_NE(decodeJpeg(file, pixels, options), JpegResult::notHandled);
     };
     for (const auto& original : originals) {
         for (size_t cut = 0; cut < original.size(); cut += 5) {
-            tryDecode(std::vector<uint8_t>(original.begin(), original.begin() + static_cast<ptrdiff_t>(cut)), 1);
+            tryDecode(std::vector<uint8_t>(original.begin(), original.begin() + static_cast<ptrdiff_t>(cut)), 1,
+                      cut / 5);
         }
     }
     std::mt19937 random(20240611);
@@ -420,7 +426,7 @@ TEST_F(JpegDecoder, SurvivesDamagedFiles) {
                                        static_cast<uint8_t>(file[at] + 1)};
             file[at] = changed[random() % 4];
         }
-        tryDecode(file, round % 8 == 0 ? 2 : 1);
+        tryDecode(file, round % 8 == 0 ? 2 : 1, static_cast<size_t>(round / 8));
     }
 }
 
