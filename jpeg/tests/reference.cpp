@@ -33,6 +33,12 @@ std::optional<RgbImage> parsePpm(const std::string& data) {
     return image;
 }
 
+void writePpm(const TempDir& dir, const std::string& name, const RgbImage& picture) {
+    std::string ppm = "P6\n" + std::to_string(picture.width) + " " + std::to_string(picture.height) + "\n255\n";
+    ppm.append(picture.rgb.begin(), picture.rgb.end());
+    dir.write(name, ppm);
+}
+
 }  // namespace
 
 bool haveJpegTools() {
@@ -59,10 +65,16 @@ RgbImage testPicture(int width, int height, unsigned seed) {
     return image;
 }
 
+RgbImage photoPicture(const TempDir& dir, int width, int height, unsigned seed) {
+    if (!run("convert -seed " + std::to_string(seed) + " -size " + std::to_string(width) + "x" +
+             std::to_string(height) + " plasma:fractal -blur 0x1 -depth 8 " + dir.file("photo.ppm"))) {
+        return {};
+    }
+    return parsePpm(dir.read("photo.ppm")).value_or(RgbImage{});
+}
+
 std::vector<uint8_t> encodeJpeg(const TempDir& dir, const RgbImage& picture, const std::string& switches) {
-    std::string ppm = "P6\n" + std::to_string(picture.width) + " " + std::to_string(picture.height) + "\n255\n";
-    ppm.append(picture.rgb.begin(), picture.rgb.end());
-    dir.write("in.ppm", ppm);
+    writePpm(dir, "in.ppm", picture);
     if (!run("cjpeg " + switches + " -outfile " + dir.file("out.jpg") + " " + dir.file("in.ppm"))) {
         return {};
     }
@@ -77,26 +89,56 @@ std::optional<RgbImage> referenceDecode(const TempDir& dir, const std::vector<ui
     return parsePpm(dir.read("ref.ppm"));
 }
 
-std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads, bool* complete) {
+std::optional<RgbImage> referenceResize(const TempDir& dir,
+                                        const RgbImage& picture,
+                                        int width,
+                                        int height,
+                                        const std::string& filter) {
+    writePpm(dir, "resize.ppm", picture);
+    if (!run("convert " + dir.file("resize.ppm") + " -filter " + filter + " -resize " + std::to_string(width) + "x" +
+             std::to_string(height) + "! -depth 8 " + dir.file("resized.ppm"))) {
+        return std::nullopt;
+    }
+    return parsePpm(dir.read("resized.ppm"));
+}
+
+double psnr(const RgbImage& a, const RgbImage& b) {
+    if (a.width != b.width || a.height != b.height || a.rgb.size() != b.rgb.size() || a.rgb.empty()) {
+        return 0;
+    }
+    double sum = 0;
+    for (size_t i = 0; i < a.rgb.size(); ++i) {
+        const double d = a.rgb[i] - b.rgb[i];
+        sum += d * d;
+    }
+    const double mse = sum / static_cast<double>(a.rgb.size());
+    return mse == 0 ? 99 : 10 * std::log10(255.0 * 255.0 / mse);
+}
+
+std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads, bool* complete, int reduction) {
     const JpegHeader header = readJpegHeader(jpeg);
     if (!header.handled) {
         return std::nullopt;
     }
-    const size_t stride = jpegBmpRowBytes(header.width);
-    std::vector<uint8_t> pixels(stride * static_cast<size_t>(header.height));
-    const JpegResult result = decodeJpeg(jpeg, pixels, JpegOptions{threads});
+    const int width = jpegScaledSide(header.width, reduction);
+    const int height = jpegScaledSide(header.height, reduction);
+    const size_t stride = jpegBmpRowBytes(width);
+    std::vector<uint8_t> pixels(stride * static_cast<size_t>(height));
+    JpegOptions options;
+    options.threads = threads;
+    options.reduction = reduction;
+    const JpegResult result = decodeJpeg(jpeg, pixels, options);
     if (complete) {
         *complete = result == JpegResult::decoded;
     }
     if (result == JpegResult::notHandled) {
         return std::nullopt;
     }
-    RgbImage image{header.width, header.height,
-                   std::vector<uint8_t>(static_cast<size_t>(header.width) * header.height * 3)};
-    for (int y = 0; y < header.height; ++y) {
-        const uint8_t* row = &pixels[static_cast<size_t>(header.height - 1 - y) * stride];
-        for (int x = 0; x < header.width; ++x) {
-            uint8_t* p = &image.rgb[(static_cast<size_t>(y) * header.width + x) * 3];
+    RgbImage image{width, height, std::vector<uint8_t>(static_cast<size_t>(width) * height * 3)};
+    for (int y = 0; y < height; ++y) {
+        const uint8_t* row = &pixels[static_cast<size_t>(height - 1 - y) * stride];
+        for (int x = 0; x < width; ++x) {
+            uint8_t* p = &image.rgb[(static_cast<size_t>(y) * width + x) * 3];
             p[0] = row[x * 3 + 2];
             p[1] = row[x * 3 + 1];
             p[2] = row[x * 3];

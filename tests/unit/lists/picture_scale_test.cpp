@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <vector>
 
 namespace tl {
@@ -55,15 +56,30 @@ TEST(PictureScale, AveragesTheSourcePixelsEachTargetPixelCovers) {
     EXPECT_EQ(one.colour(0, 0) & 0xFF, (0 + 10 + 0 + 0 + 20 + 30 + 255 + 255 + 4u) / 8);
 }
 
-TEST(PictureScale, KeepsFlatColoursAndPaddingOutOfTheResultAndRefusesToEnlarge) {
+// The resampler too, either way, with sides of one and filters cut off at both edges; it pads its rows with
+// zeros.
+TEST(PictureScale, KeepsFlatColoursAndPaddingOutOfTheResultAndShrinkingRefusesToEnlarge) {
     for (const auto& [sw, sh, tw, th] : std::vector<std::array<int, 4>>{
              {6000, 3, 303, 1}, {7, 13, 5, 11}, {3, 3, 2, 2}, {33, 1, 1, 1}, {1, 65, 1, 64}, {9, 9, 9, 9}}) {
         Pixels flat(sw, sh, [](int, int) { return 0x3366CCu; });
         Pixels small = shrink(flat, tw, th);
+        Pixels resampled(tw, th, [](int, int) { return 0u; });
+        ASSERT_TRUE(
+            resamplePixels(flat.bytes.data(), sw, sh, strideOf(sw), resampled.bytes.data(), tw, th, strideOf(tw)));
+        Pixels enlarged(sh, sw, [](int, int) { return 0u; });
+        ASSERT_TRUE(
+            resamplePixels(resampled.bytes.data(), tw, th, strideOf(tw), enlarged.bytes.data(), sh, sw, strideOf(sh)));
+        for (Pixels* p : {&small, &resampled, &enlarged}) {
+            for (int y = 0; y < p->height; ++y) {
+                for (int x = 0; x < p->width; ++x) {
+                    ASSERT_EQ(p->colour(x, y), 0x3366CCu)
+                        << sw << "x" << sh << " to " << p->width << "x" << p->height << " at " << x << "," << y;
+                }
+            }
+        }
         for (int y = 0; y < th; ++y) {
-            for (int x = 0; x < tw; ++x) {
-                ASSERT_EQ(small.colour(x, y), 0x3366CCu)
-                    << sw << "x" << sh << " to " << tw << "x" << th << " at " << x << "," << y;
+            for (size_t i = static_cast<size_t>(tw) * 3; i < strideOf(tw); ++i) {
+                ASSERT_EQ(resampled.bytes[static_cast<size_t>(y) * strideOf(tw) + i], 0);
             }
         }
     }
