@@ -62,6 +62,7 @@ TEST_F(ScaledJpeg, IsCloseToTheWholePictureResizedByAGoodFilter) {
         {"RGB at a half", 207, 153, "-rgb", 83, 61},
         {"restart every MCU row at a half", 389, 287, "-sample 2x2 -restart 1", 156, 115},
         {"restart every 5 blocks at an eighth", 811, 601, "-sample 1x1 -restart 5B", 81, 60},
+        {"progressive at a quarter", 517, 389, "-sample 2x2 -progressive", 104, 78},
         {"whole, shrunk a little", 151, 113, "-sample 2x2", 101, 75},
         {"whole, enlarged", 61, 47, "-sample 2x2", 150, 115},
     };
