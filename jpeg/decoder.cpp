@@ -432,9 +432,13 @@ JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, 
                                 static_cast<size_t>(jpegScaledSide(frame->height, reduction))) {
             return JpegResult::notHandled;
         }
+        // Data that stops before the end-of-image marker may still fill every block: a file still being
+        // written, or one cut between a progressive picture's scans.
+        const bool reachesEnd = jpegReachesEnd(file);
         std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
         if (frame->progressive) {
-            return decodeProgressive(*frame, file, reduction, pixels, memory);
+            const JpegResult result = decodeProgressive(*frame, file, reduction, pixels, memory);
+            return reachesEnd ? result : JpegResult::damaged;
         }
         EntropyDecoder entropy(*frame, file);
         RowBuilder builder(*frame, reduction, pixels.data(), memory);
@@ -442,7 +446,7 @@ JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, 
             !decodeOnTwoThreads(*frame, entropy, builder, pixels, memory)) {
             decodeOnOneThread(*frame, entropy, builder, memory);
         }
-        return entropy.ranOut() ? JpegResult::damaged : JpegResult::decoded;
+        return entropy.ranOut() || !reachesEnd ? JpegResult::damaged : JpegResult::decoded;
     } catch (const std::bad_alloc&) {
         return JpegResult::notHandled;
     }

@@ -15,16 +15,18 @@ namespace tl {
 struct JpegHeader {
     int width = 0;
     int height = 0;
-    // decodeJpeg will decode it; when false, width and height may still be known (an arithmetic-coded file).
+    // decodeJpeg will decode it; when false, width and height may still be known (an arithmetic-coded file,
+    // or a picture over the size limit of base/picture_limits.h).
     bool handled = false;
 };
 
 enum class JpegResult {
     decoded,
     notHandled,  // not a JPEG of a kind this decoder takes: `pixels` untouched, another decoder may try
-    // The file ended, or its data was damaged, before the picture did. The pixels are written all the same,
-    // what is missing as other decoders show it (flat grey, or a progressive picture's coarser version);
-    // whether such a picture is fit to show is the caller's decision.
+    // The file ended, or its data was damaged, before the picture did, or it lacks its end-of-image marker
+    // (jpegReachesEnd). The pixels are written all the same, what is missing as other decoders show it (flat
+    // grey, or a progressive picture's coarser version); whether such a picture is fit to show is the
+    // caller's decision.
     damaged,
 };
 
@@ -41,6 +43,10 @@ struct JpegOptions {
 
 // Reads the headers up to the first scan.
 JpegHeader readJpegHeader(std::span<const uint8_t> file);
+
+// Whether the file starts as a JPEG and its segments and scan data run on to an end-of-image marker after
+// at least one scan. False for a file cut short, whichever decoder would take it.
+bool jpegReachesEnd(std::span<const uint8_t> file);
 
 // Bytes in one BMP pixel row: width * 3 padded to a multiple of 4.
 size_t jpegBmpRowBytes(int width);

@@ -3,16 +3,17 @@
 #include <algorithm>
 #include <cstring>
 
+#include "base/picture_limits.h"
 #include "jpeg/decoder.h"
 #include "jpeg/progressive.h"
 
 namespace tl::jpeg {
 
-namespace {
-
 uint16_t be16(const uint8_t* p) {
     return static_cast<uint16_t>(p[0] << 8 | p[1]);
 }
+
+namespace {
 
 bool isSofMarker(uint8_t m) {
     return m >= 0xC0 && m <= 0xCF && m != 0xC4 && m != 0xC8 && m != 0xCC;
@@ -144,8 +145,7 @@ bool readFirstProgressiveScan(const uint8_t* seg, size_t length, const Frame& fr
 // Block layout, from the sampling factors. A lone component is coded block by block whatever factors
 // it declares.
 bool layOut(Frame& frame) {
-    const uint64_t pixelBytes = jpegBmpRowBytes(frame.width) * static_cast<uint64_t>(frame.height);
-    if (pixelBytes > kMaxPixelBytes) {
+    if (!pictureSizeAllowed(frame.width, frame.height)) {
         return false;
     }
     if (frame.componentCount == 1) {
@@ -322,3 +322,48 @@ HeaderStatus readHeaders(std::span<const uint8_t> file, Frame& frame) {
 }
 
 }  // namespace tl::jpeg
+
+namespace tl {
+
+bool jpegReachesEnd(std::span<const uint8_t> file) {
+    const uint8_t* const p = file.data();
+    const size_t n = file.size();
+    if (n < 4 || p[0] != 0xFF || p[1] != 0xD8) {
+        return false;
+    }
+    bool sawScan = false;
+    size_t at = 2;
+    for (;;) {
+        // Scan data and anything between segments run to the next 0xFF; fill bytes before a marker too.
+        const void* ff = std::memchr(p + at, 0xFF, n - at);
+        if (!ff) {
+            return false;
+        }
+        at = static_cast<size_t>(static_cast<const uint8_t*>(ff) - p);
+        while (at < n && p[at] == 0xFF) {
+            ++at;
+        }
+        if (at >= n) {
+            return false;
+        }
+        const uint8_t marker = p[at++];
+        if (marker == 0xD9) {
+            return sawScan;
+        }
+        // A stuffed zero inside scan data, a restart, and the other markers that carry no segment.
+        if (marker == 0x00 || marker == 0x01 || marker == 0xD8 || (marker >= 0xD0 && marker <= 0xD7)) {
+            continue;
+        }
+        if (at + 2 > n) {
+            return false;
+        }
+        const size_t length = jpeg::be16(p + at);
+        if (length < 2 || length > n - at) {
+            return false;
+        }
+        at += length;
+        sawScan = sawScan || marker == 0xDA;
+    }
+}
+
+}  // namespace tl

@@ -11,9 +11,6 @@ namespace tl::jpeg {
 
 inline constexpr int kMaxComponents = 3;
 inline constexpr int kMaxBlocksInMcu = 10;
-// Pixel data above this many bytes is refused before anything is allocated (Windows' own limit for a
-// DIB section is about the same).
-inline constexpr uint64_t kMaxPixelBytes = 0x7FFFFFFF;
 
 // A Huffman table ready for decoding. Codes of up to kLookBits bits are resolved by one look-up of the
 // next kLookBits bits of the stream; longer ones by the canonical code limits.
@@ -80,6 +77,9 @@ struct Frame {
     size_t scanStart = 0;   // offset of the first scan's entropy-coded data
     size_t scanHeader = 0;  // offset of the first scan's header (its SOS marker)
 };
+
+// The big-endian 16-bit number at p.
+uint16_t be16(const uint8_t* p);
 
 enum class HeaderStatus { ok, notJpeg, unsupported };
 

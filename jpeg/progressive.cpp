@@ -12,10 +12,6 @@ namespace tl::jpeg {
 
 namespace {
 
-uint16_t be16(const uint8_t* p) {
-    return static_cast<uint16_t>(p[0] << 8 | p[1]);
-}
-
 // Offset of the next marker's 0xFF from `at` on, or `n` when there is none. Stuffed zeros, fill bytes and
 // restart markers are passed over: they belong to a scan's data, which may be passed over whole.
 size_t nextMarker(const uint8_t* p, size_t n, size_t at) {

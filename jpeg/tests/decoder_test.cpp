@@ -260,7 +260,8 @@ TEST_F(JpegDecoder, LeavesOtherKindsOfJpegToOtherDecoders) {
         {"12-bit samples", patched(sof + 4, {12}), 40},
         {"height given later (DNL)", patched(sof + 5, {0, 0}), 40},
         {"absurd size", patched(sof + 5, {0xFF, 0xF0, 0xFF, 0xF0}), 0xFFF0},
-        {"just over 2 GB of pixels", patched(sof + 5, {0x46, 0x00, 0xA0, 0x00}), 0xA000},
+        {"one row over the size limit", patched(sof + 5, {0x40, 0x01, 0x40, 0x00}), 0x4000},
+        {"one column over the size limit", patched(sof + 5, {0x40, 0x00, 0x40, 0x01}), 0x4001},
         {"CMYK", join({kSoi, sof4, kEoi}), 16},
         {"two components", join({kSoi, sof2, kEoi}), 16},
         {"no scan", join({kSoi, segment(0xC0, {8, 0, 16, 0, 16, 1, 1, 0x11, 0}), kEoi}), 16},
@@ -272,6 +273,8 @@ TEST_F(JpegDecoder, LeavesOtherKindsOfJpegToOtherDecoders) {
         ASSERT_FALSE(r.file.empty() && std::string(r.what) != "empty") << r.what;
         expectRefused(r);
     }
+    // 16,384 x 16,384 is the largest picture taken: its header passes (decoding it would take 768 MB).
+    EXPECT_TRUE(readJpegHeader(patched(sof + 5, {0x40, 0x00, 0x40, 0x00})).handled);
 }
 
 TEST_F(JpegDecoder, SkipsLargeApplicationSegmentsAndComments) {
@@ -355,6 +358,54 @@ TEST_F(JpegDecoder, ShowsAFileCutShortAsTheReferenceDoesAndSaysItIsDamaged) {
 // A scan that brings no bit not already in (here a copy of one before it) is passed over, so no file,
 // however many scans it holds, makes more work than the bits of the picture; the picture is said to be
 // damaged, as it isn't what its encoder wrote.
+// Only data that runs on to the end-of-image marker makes a whole picture: a file cut just before it, or
+// between a progressive file's scans, fills every block yet is damaged, as is one with a stretch of its data
+// gone; what follows the marker (a phone's motion photo) changes nothing.
+TEST_F(JpegDecoder, OnlyAFileThatReachesItsEndMarkerIsWhole) {
+    for (const char* switches : {"-sample 2x1", "-sample 2x2 -progressive"}) {
+        SCOPED_TRACE(switches);
+        const std::vector<uint8_t> full = encodeJpeg(dir, testPicture(64, 48), switches);
+        const std::vector<size_t> scans = scanHeaders(full);
+        ASSERT_FALSE(scans.empty());
+        const auto expected = decodeWithOurs(full, 1);
+        ASSERT_TRUE(expected);
+        std::vector<uint8_t> trailer = full;
+        trailer.insert(trailer.end(), {0x00, 0x00, 0x00, 0x18, 'f', 't', 'y', 'p', 0xFF, 0xD8});
+        std::vector<uint8_t> holed = full;
+        const size_t data = scans[0] + 14;
+        const size_t third = (full.size() - data) / 3;
+        holed.erase(holed.begin() + static_cast<ptrdiff_t>(data + third),
+                    holed.begin() + static_cast<ptrdiff_t>(data + 2 * third));
+        const struct {
+            const char* what;
+            std::vector<uint8_t> file;
+            bool reachesEnd, whole;
+        } cases[] = {
+            {"with a trailer", trailer, true, true},
+            {"no end marker", std::vector<uint8_t>(full.begin(), full.end() - 2), false, false},
+            {"cut before the last scan",  // progressive only
+             std::vector<uint8_t>(full.begin(), full.begin() + (scans.size() > 1 ? scans.back() : 0)), false, false},
+            {"a third of the data gone", holed, true, false},
+        };
+        for (const auto& c : cases) {
+            if (c.file.empty()) {
+                continue;
+            }
+            SCOPED_TRACE(c.what);
+            EXPECT_EQ(jpegReachesEnd(c.file), c.reachesEnd);
+            for (const int threads : {1, 2}) {
+                bool whole = false;
+                const auto ours = decodeWithOurs(c.file, threads, &whole);
+                ASSERT_TRUE(ours);
+                EXPECT_EQ(whole, c.whole) << threads;
+                if (c.whole) {
+                    EXPECT_EQ(ours->rgb, expected->rgb);
+                }
+            }
+        }
+    }
+}
+
 TEST_F(JpegDecoder, PassesOverAScanThatBringsNothingNew) {
     const std::vector<uint8_t> jpeg = encodeJpeg(dir, testPicture(64, 48), "-sample 2x2 -progressive");
     const auto expected = decodeWithOurs(jpeg, 1);
