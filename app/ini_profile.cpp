@@ -65,23 +65,21 @@ void IniProfile::load() {
     if (!data) {
         return;
     }
-    std::string line;
-    for (char c : *data) {
-        if (c == '\n') {
-            if (!line.empty() && line.back() == '\r') {
-                line.pop_back();
-            }
-            lines_.push_back(line);
-            line.clear();
-        } else {
-            line += c;
+    // Lines end at LF, with a CR before it dropped; a last line without one counts unless it is empty.
+    const std::string_view text = *data;
+    size_t at = 0;
+    while (at < text.size()) {
+        size_t end = text.find('\n', at);
+        const size_t next = end == std::string_view::npos ? text.size() : end + 1;
+        if (end == std::string_view::npos) {
+            end = text.size();
         }
-    }
-    if (!line.empty()) {
-        if (line.back() == '\r') {
-            line.pop_back();
+        std::string_view line = text.substr(at, end - at);
+        if (!line.empty() && line.back() == '\r') {
+            line.remove_suffix(1);
         }
-        lines_.push_back(line);
+        lines_.emplace_back(line);
+        at = next;
     }
 }
 

@@ -196,15 +196,21 @@ std::optional<bool> parseBool(std::string_view text, char decimalSeparator) {
 }
 
 std::string formatDouble(double value, char decimalSeparator) {
-    if (value == 0.0) {
-        return "0";
+    if (value == 0.0 || !std::isfinite(value)) {
+        return "0";  // nothing the program reads is infinite
     }
     // Round to 15 significant digits first, then find the fewest digits that give the same number.
     char buf[64];
     std::snprintf(buf, sizeof buf, "%.14e", value);
-    const double target = std::strtod(buf, nullptr);
+    double target = std::strtod(buf, nullptr);
+    int maxDigits = 15;
+    if (!std::isfinite(target)) {
+        // The largest doubles round up past the largest one at 15 digits: they get the 17 that keep them.
+        target = value;
+        maxDigits = 17;
+    }
     int precision = 1;
-    for (; precision < 15; ++precision) {
+    for (; precision < maxDigits; ++precision) {
         std::snprintf(buf, sizeof buf, "%.*e", precision - 1, target);
         if (std::strtod(buf, nullptr) == target) {
             break;

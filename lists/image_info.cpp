@@ -103,10 +103,15 @@ void cImageInfo::readHeader(std::string_view bytes) {
         return;
     }
 
-    // JPEG: find the start of image anywhere in the buffer, then walk the markers to a frame header.
-    size_t i = 0;
-    while (i < kJpegScanEnd && !(b[i] == 0xFF && b[i + 1] == 0xD8 && b[i + 2] == 0xFF)) {
-        ++i;
+    // JPEG: find the start of image anywhere in the buffer, then walk the markers to a frame header. Both
+    // searches jump from one 0xFF to the next: a file of another kind is mostly bytes that aren't.
+    const auto nextFF = [b](size_t from) {
+        const void* ff = from < kJpegScanEnd ? std::memchr(b + from, 0xFF, kJpegScanEnd - from) : nullptr;
+        return ff ? static_cast<size_t>(static_cast<const uint8_t*>(ff) - b) : kJpegScanEnd;
+    };
+    size_t i = nextFF(0);
+    while (i < kJpegScanEnd && !(b[i + 1] == 0xD8 && b[i + 2] == 0xFF)) {
+        i = nextFF(i + 1);
     }
     size_t p = i + 2;
     if (p >= kJpegScanEnd) {
@@ -114,7 +119,8 @@ void cImageInfo::readHeader(std::string_view bytes) {
     }
     for (;;) {
         if (b[p] != 0xFF || b[p + 1] == 0xFF) {  // not yet on a marker, or on a fill byte
-            if (++p >= kJpegScanEnd) {
+            p = b[p] != 0xFF ? nextFF(p + 1) : p + 1;
+            if (p >= kJpegScanEnd) {
                 return;
             }
             continue;
