@@ -11,11 +11,15 @@ target_link_libraries(tessaline_posix PUBLIC tessaline_core)
 target_compile_options(tessaline_posix PRIVATE ${TL_WARNINGS})
 
 find_package(GTest REQUIRED)
-# The JPEG library keeps its tests beside it.
+# The JPEG library keeps its tests beside it. The fuzz targets' "one input" functions are built into the unit
+# tests too, which run them over every kept regression input (<folder>/fuzz/regressions/<target>/).
 file(GLOB_RECURSE TL_UNIT_TESTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/unit/*.cpp"
      "${CMAKE_SOURCE_DIR}/jpeg/tests/*.cpp")
-add_executable(unit_tests ${TL_UNIT_TESTS})
+file(GLOB TL_FUZZ_INPUTS CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/*/fuzz/*.cpp")
+list(FILTER TL_FUZZ_INPUTS EXCLUDE REGEX "_fuzz\\.cpp$")
+add_executable(unit_tests ${TL_UNIT_TESTS} ${TL_FUZZ_INPUTS})
 target_include_directories(unit_tests PRIVATE ${CMAKE_SOURCE_DIR}/tests/unit ${CMAKE_SOURCE_DIR}/tests)
+target_compile_definitions(unit_tests PRIVATE TL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
 target_link_libraries(unit_tests PRIVATE tessaline_posix GTest::gtest GTest::gtest_main GTest::gmock)
 target_compile_options(unit_tests PRIVATE ${TL_WARNINGS} -Wno-sign-conversion)
 

@@ -8,6 +8,7 @@ packages=(
     wine wine64 xvfb xauth x11-utils imagemagick
     libjpeg-turbo-progs procps
     nsis zip unzip
+    clang-14 libclang-rt-14-dev
 )
 
 missing=()

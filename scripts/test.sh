@@ -15,6 +15,10 @@ status=0
 echo "== Native unit tests =="
 ./build/native/unit_tests --gtest_brief=1 || status=1
 
+echo "== Fuzz targets, 20 s each =="
+# A regression that crashes on the corpus fails the run here.
+./scripts/fuzz.sh 20 || status=1
+
 echo "== Win32 tests under Wine =="
 # shellcheck source=lib/wine-session.sh
 source "$root/scripts/lib/wine-session.sh"

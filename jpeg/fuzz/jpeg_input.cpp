@@ -1,0 +1,81 @@
+#include "jpeg/fuzz/jpeg_input.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "base/fuzz/fuzz_check.h"
+#include "base/page_memory.h"
+#include "base/picture_limits.h"
+
+namespace tl::fuzz {
+
+namespace {
+
+constexpr const char* kTarget = "jpeg";
+// Pictures up to this many pixels are compared between thread counts and checked byte by byte; bigger
+// ones (a header can claim up to the size limit) are only decoded, to keep the executions fast.
+constexpr int64_t kCheckedPixels = 1 << 20;
+
+void check(bool holds, const char* what) {
+    fuzz::check(holds, kTarget, what);
+}
+
+}  // namespace
+
+JpegFuzzChoice jpegFuzzChoice(uint8_t first) {
+    JpegFuzzChoice choice;
+    choice.options.threads = (first & 1) != 0 ? 2 : 1;                              // bit 0
+    choice.options.scratch = (first & 2) != 0 ? &pageMemory() : nullptr;           // bit 1
+    choice.compareThreads = (first & 4) != 0;                                       // bit 2
+    // Bits 3 to 7 are free for further options.
+    return choice;
+}
+
+void jpegInput(std::span<const uint8_t> input) {
+    if (input.empty()) {
+        return;
+    }
+    const JpegFuzzChoice choice = jpegFuzzChoice(input[0]);
+    const std::span<const uint8_t> file = input.subspan(1);
+
+    const JpegHeader header = readJpegHeader(file);
+    const bool whole = jpegReachesEnd(file);
+    if (!header.handled) {
+        // Refused before a pixel is written.
+        uint8_t canary[64];
+        std::memset(canary, 0xEE, sizeof canary);
+        check(decodeJpeg(file, canary, choice.options) == JpegResult::notHandled, "refused by the header reader only");
+        check(std::all_of(std::begin(canary), std::end(canary), [](uint8_t b) { return b == 0xEE; }),
+              "a refused file wrote pixels");
+        return;
+    }
+    check(pictureSizeAllowed(header.width, header.height), "a picture over the size limit was handled");
+
+    const size_t stride = jpegBmpRowBytes(header.width);
+    const size_t size = stride * static_cast<size_t>(header.height);
+    check(decodeJpeg(file, std::span<uint8_t>(), choice.options) == JpegResult::notHandled,
+          "decoded into a buffer too small");
+    // Not zeroed: a big claimed picture costs no time unless its rows are written.
+    const std::unique_ptr<uint8_t[]> pixels(new uint8_t[size]);
+    const JpegResult result = decodeJpeg(file, {pixels.get(), size}, choice.options);
+    check(result != JpegResult::notHandled, "refused a file its header reader took");
+    check(result == JpegResult::damaged || whole, "decoded a file that stops before its end-of-image marker");
+    if (result != JpegResult::decoded || static_cast<int64_t>(header.width) * header.height > kCheckedPixels) {
+        return;
+    }
+    const size_t used = static_cast<size_t>(header.width) * 3;
+    for (int y = 0; y < header.height; ++y) {
+        const uint8_t* row = pixels.get() + static_cast<size_t>(y) * stride;
+        check(std::all_of(row + used, row + stride, [](uint8_t b) { return b == 0; }), "row padding not zero");
+    }
+    if (choice.compareThreads) {
+        JpegOptions other = choice.options;
+        other.threads = choice.options.threads == 1 ? 2 : 1;
+        const std::unique_ptr<uint8_t[]> again(new uint8_t[size]);
+        check(decodeJpeg(file, {again.get(), size}, other) == JpegResult::decoded, "decoded once, refused once");
+        check(std::memcmp(pixels.get(), again.get(), size) == 0, "one thread and two decode differently");
+    }
+}
+
+}  // namespace tl::fuzz

@@ -1,0 +1,7 @@
+// libFuzzer target: our own picture scaling (the averaged shrink behind previews and scaled wallpapers).
+#include "lists/fuzz/picture_scale_input.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    tl::fuzz::pictureScaleInput({data, size});
+    return 0;
+}
