@@ -25,9 +25,9 @@ void check(bool holds, const char* what) {
 
 JpegFuzzChoice jpegFuzzChoice(uint8_t first) {
     JpegFuzzChoice choice;
-    choice.options.threads = (first & 1) != 0 ? 2 : 1;                              // bit 0
-    choice.options.scratch = (first & 2) != 0 ? &pageMemory() : nullptr;           // bit 1
-    choice.compareThreads = (first & 4) != 0;                                       // bit 2
+    choice.options.threads = (first & 1) != 0 ? 2 : 1;                    // bit 0
+    choice.options.scratch = (first & 2) != 0 ? &pageMemory() : nullptr;  // bit 1
+    choice.compareThreads = (first & 4) != 0;                             // bit 2
     // Bits 3 to 7 are free for further options.
     return choice;
 }
