@@ -2,6 +2,7 @@
 #include <string>
 
 #include "app/app_state.h"
+#include "base/file_system.h"
 #include "changer/main_form.h"
 #include "lists/image_info.h"
 
@@ -35,6 +36,12 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
     // From here on a failing step is passed over and the next one runs.
     if (path != previewTag_ || forceChange) {
         if (!pictures_.showImageFacts(e)) {
+            const std::optional<FileFacts> facts = fs_.facts(path);
+            if (facts && !facts->isDirectory && !fs_.readFile(path, 1)) {
+                // There but unreadable: another program holds it open for now. The entry stays for a later
+                // turn; this change shows nothing new.
+                return;
+            }
             // The picture can't be loaded: the entry leaves the list, a neighbour is applied instead, and
             // the tag keeps the old path.
             removeSelectedEntries();

@@ -2,6 +2,7 @@
 
 #include <limits>
 
+#include "base/file_system.h"
 #include "base/unique_handle_win.h"
 #include "changer/apply_rules.h"
 #include "lists/picture_win.h"
@@ -23,17 +24,27 @@ bool writeBitmapFile(const Picture& picture, const std::string& path) {
     file.bfSize = static_cast<DWORD>(headers + imageSize);
     file.bfOffBits = static_cast<DWORD>(headers);
 
-    // No flush to the disk: the file is made again at every change, and a torn one is only a wallpaper.
-    unique_hfile out(
-        ::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (!out) {
+    // Written beside the target and then put in its place, so that the desktop never meets a half-written
+    // wallpaper (a full disk, a crash). No flush to the disk: the file is made again at every change.
+    const std::string temp = temporarySibling(path);
+    bool whole = false;
+    {
+        unique_hfile out(
+            ::CreateFileA(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!out) {
+            return false;
+        }
+        DWORD written = 0;
+        whole = ::WriteFile(out.get(), &file, sizeof file, &written, nullptr) && written == sizeof file &&
+                ::WriteFile(out.get(), &info, sizeof info, &written, nullptr) && written == sizeof info &&
+                ::WriteFile(out.get(), picture.bits(), static_cast<DWORD>(imageSize), &written, nullptr) &&
+                written == imageSize;
+    }
+    if (!whole || !::MoveFileExA(temp.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        ::DeleteFileA(temp.c_str());
         return false;
     }
-    DWORD written = 0;
-    return ::WriteFile(out.get(), &file, sizeof file, &written, nullptr) && written == sizeof file &&
-           ::WriteFile(out.get(), &info, sizeof info, &written, nullptr) && written == sizeof info &&
-           ::WriteFile(out.get(), picture.bits(), static_cast<DWORD>(imageSize), &written, nullptr) &&
-           written == imageSize;
+    return true;
 }
 
 bool scaleImageFile(const std::string& sourcePath,

@@ -1,6 +1,7 @@
 #include "lists/picture_win.h"
 
 #include "base/page_memory.h"
+#include "base/picture_limits.h"
 #include "jpeg/decoder.h"
 #include "lists/picture_scale.h"
 
@@ -73,34 +74,47 @@ JpegFile readJpegFile(const std::wstring& path) {
     return jpeg;
 }
 
+// What our own decoder made of a file.
+struct JpegLoad {
+    std::optional<Picture> picture;
+    bool refused = false;  // a JPEG cut short or with data missing: no decoder may show it
+};
+
 // Our own decoder goes first for JPEG files: several times faster than WIC on a big photo, and it writes
-// straight into the DIB. nullopt when it doesn't handle the file (arithmetic coding, CMYK...), for WIC to try.
-std::optional<Picture> loadJpeg(const std::wstring& path) {
+// straight into the DIB. Neither a picture nor refused when it doesn't handle the file (arithmetic coding,
+// CMYK...), for WIC to try.
+JpegLoad loadJpeg(const std::wstring& path) {
     JpegFile file;
     try {
         file = readJpegFile(path);
     } catch (const std::bad_alloc&) {
-        return std::nullopt;  // a file too big to hold: WIC reads it piece by piece
+        return {};  // a file too big to hold: WIC reads it piece by piece
     }
     if (file.size == 0) {
-        return std::nullopt;
+        return {};
     }
     const JpegHeader header = readJpegHeader(file.bytes());
     if (!header.handled) {
-        return std::nullopt;
+        // WIC would show a JPEG cut short with a grey remainder: one still being written is no wallpaper.
+        return {std::nullopt, !jpegReachesEnd(file.bytes())};
     }
     Picture picture = Picture::create(header.width, header.height);
     if (!picture) {
-        return std::nullopt;
+        return {};
     }
     // A second thread pays for itself from a megapixel or so, and roughly halves the decode of a 24-megapixel
     // photo. Under Wine it costs a megabyte of idle memory, which Wine keeps for the last thread that ended
     // (a smaller stack doesn't change that); Windows gives it back.
     const JpegOptions options{static_cast<int64_t>(header.width) * header.height >= 1000000 ? 2 : 1, &pageMemory()};
-    if (decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options) != JpegResult::decoded) {
-        return std::nullopt;
+    switch (decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options)) {
+        case JpegResult::decoded:
+            return {std::move(picture), false};
+        case JpegResult::damaged:
+            return {std::nullopt, true};
+        case JpegResult::notHandled:
+            break;
     }
-    return picture;
+    return {};
 }
 
 }  // namespace
@@ -111,7 +125,7 @@ BITMAPINFOHEADER Picture::infoHeader() const {
 
 Picture Picture::create(int width, int height) {
     Picture p;
-    if (width <= 0 || height <= 0 || rowBytes(width) > static_cast<size_t>(INT_MAX) / static_cast<size_t>(height)) {
+    if (!pictureSizeAllowed(width, height)) {
         return p;
     }
     BITMAPINFO info{};
@@ -136,8 +150,9 @@ unique_hbitmap Picture::releaseBitmap() {
 
 std::optional<Picture> loadPicture(const std::string& path) {
     const std::wstring wide = widePath(path);
-    if (std::optional<Picture> jpeg = loadJpeg(wide)) {
-        return jpeg;
+    JpegLoad jpeg = loadJpeg(wide);
+    if (jpeg.picture || jpeg.refused) {
+        return std::move(jpeg.picture);
     }
     scoped_com_init com;
     com_ptr<IWICImagingFactory> factory;
@@ -153,8 +168,9 @@ std::optional<Picture> loadPicture(const std::string& path) {
     UINT width = 0;
     UINT height = 0;
     WICPixelFormatGUID format{};
-    if (FAILED(frame->GetSize(&width, &height)) || FAILED(frame->GetPixelFormat(&format)) || width == 0 ||
-        height == 0 || width > INT_MAX / 3 || height > INT_MAX) {
+    // A header that claims more than the size limit is refused here, before anything is allocated for it.
+    if (FAILED(frame->GetSize(&width, &height)) || FAILED(frame->GetPixelFormat(&format)) ||
+        !pictureSizeAllowed(width, height)) {
         return std::nullopt;
     }
 

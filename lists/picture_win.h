@@ -44,8 +44,9 @@ class Picture {
 };
 
 // Decodes a BMP, JPEG, GIF (its first frame) or PNG file: JPEG files by our own decoder where it can,
-// everything else through WIC. nullopt when the file can't be opened or decoded, or the picture is too
-// large for the memory at hand.
+// everything else through WIC. nullopt when the file can't be opened or decoded, is a JPEG cut short or
+// with data missing, or the picture is over the size limit (base/picture_limits.h) or too large for the
+// memory at hand.
 std::optional<Picture> loadPicture(const std::string& path);
 
 // A copy of the picture at another size: averaged when shrinking, halftone-stretched when enlarging.

@@ -91,6 +91,9 @@ TEST(PictureJpeg, DecodesProgressiveJpegItself) {
     EXPECT_NEAR(topLeft[2], 200, 25);
     EXPECT_NEAR(bottomRight[0], 220, 25);
     EXPECT_NEAR(bottomRight[2], 30, 25);
+    // Cut short, it is no wallpaper: refused, not shown without its last scans.
+    dir.write("cut.jpg", bytes.substr(0, bytes.size() - 40));
+    EXPECT_FALSE(loadPicture(dir.file("cut.jpg")));
 }
 
 }  // namespace
