@@ -25,8 +25,9 @@ jpeg() {  # jpeg PICTURE "CJPEG SWITCHES"
     n=$((n + 1))
     # shellcheck disable=SC2086
     cjpeg $2 "$1" >"$work/$n.jpg"
-    # The option byte cycles through both thread counts, both scratch memories and the thread comparison.
-    seed jpeg "$n.jpg" "\\$(printf '%03o' $((n % 8)))" "$work/$n.jpg"
+    # The option byte cycles through both thread counts, both scratch memories, the thread comparison and
+    # the four reductions.
+    seed jpeg "$n.jpg" "\\$(printf '%03o' $((n * 5 % 32)))" "$work/$n.jpg"
 }
 for pic in "$work/a.ppm" "$work/b.ppm"; do
     jpeg "$pic" "-sample 1x1"

@@ -28,7 +28,8 @@ JpegFuzzChoice jpegFuzzChoice(uint8_t first) {
     choice.options.threads = (first & 1) != 0 ? 2 : 1;                    // bit 0
     choice.options.scratch = (first & 2) != 0 ? &pageMemory() : nullptr;  // bit 1
     choice.compareThreads = (first & 4) != 0;                             // bit 2
-    // Bits 3 to 7 are free for further options.
+    choice.options.reduction = 1 << ((first >> 3) & 3);                   // bits 3-4: 1, 2, 4 or 8
+    // Bits 5 to 7 are free for further options.
     return choice;
 }
 
@@ -52,8 +53,10 @@ void jpegInput(std::span<const uint8_t> input) {
     }
     check(pictureSizeAllowed(header.width, header.height), "a picture over the size limit was handled");
 
-    const size_t stride = jpegBmpRowBytes(header.width);
-    const size_t size = stride * static_cast<size_t>(header.height);
+    const int width = jpegScaledSide(header.width, choice.options.reduction);
+    const int height = jpegScaledSide(header.height, choice.options.reduction);
+    const size_t stride = jpegBmpRowBytes(width);
+    const size_t size = stride * static_cast<size_t>(height);
     check(decodeJpeg(file, std::span<uint8_t>(), choice.options) == JpegResult::notHandled,
           "decoded into a buffer too small");
     // Not zeroed: a big claimed picture costs no time unless its rows are written.
@@ -61,11 +64,11 @@ void jpegInput(std::span<const uint8_t> input) {
     const JpegResult result = decodeJpeg(file, {pixels.get(), size}, choice.options);
     check(result != JpegResult::notHandled, "refused a file its header reader took");
     check(result == JpegResult::damaged || whole, "decoded a file that stops before its end-of-image marker");
-    if (result != JpegResult::decoded || static_cast<int64_t>(header.width) * header.height > kCheckedPixels) {
+    if (result != JpegResult::decoded || static_cast<int64_t>(width) * height > kCheckedPixels) {
         return;
     }
-    const size_t used = static_cast<size_t>(header.width) * 3;
-    for (int y = 0; y < header.height; ++y) {
+    const size_t used = static_cast<size_t>(width) * 3;
+    for (int y = 0; y < height; ++y) {
         const uint8_t* row = pixels.get() + static_cast<size_t>(y) * stride;
         check(std::all_of(row + used, row + stride, [](uint8_t b) { return b == 0; }), "row padding not zero");
     }
