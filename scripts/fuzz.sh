@@ -46,8 +46,8 @@ for t in "${targets[@]}"; do
     ./build/fuzz/"${t}_fuzz" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
         -artifact_prefix="build/fuzz-findings/$t-" "${inputs[@]}" >"$log" 2>&1
     rc=$?
-    runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")
-    rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log")
+    runs=$(sed -n 's/^stat::number_of_executed_units: *//p' "$log" | tail -1)
+    rate=$(sed -n 's/^stat::average_exec_per_sec: *//p' "$log" | tail -1)
     size=$(find "$corpus" -type f | wc -l)
     finding=$(sed -n 's/^artifact_prefix=.*; Test unit written to \(.*\)/\1/p' "$log" | tail -1)
     if [ $rc -eq 0 ]; then

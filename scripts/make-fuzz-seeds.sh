@@ -105,6 +105,7 @@ head -c 3000 "$work/a.ppm" >"$work/pixels"
 seed picture_scale photo '\047\035\011\007' "$work/pixels"
 seed picture_scale plain '\377\001\020\000' <(printf '\200')
 seed picture_scale tall '\002\377\000\100' "$work/pixels"
+seed picture_scale enlarged '\247\035\120\100' "$work/pixels"
 
 for d in "$out"/*/; do
     echo "$(basename "$d"): $(find "$d" -type f | wc -l) seeds, $(du -sk "$d" | cut -f1) KB"
