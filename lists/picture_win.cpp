@@ -93,10 +93,14 @@ JpegLoad loadJpeg(const std::wstring& path) {
     if (file.size == 0) {
         return {};
     }
+    // A JPEG cut short is no wallpaper (one still being written, say), and WIC would show it with a grey
+    // remainder: refused before a bitmap of the size its header claims is made.
+    if (!jpegReachesEnd(file.bytes())) {
+        return {std::nullopt, true};
+    }
     const JpegHeader header = readJpegHeader(file.bytes());
     if (!header.handled) {
-        // WIC would show a JPEG cut short with a grey remainder: one still being written is no wallpaper.
-        return {std::nullopt, !jpegReachesEnd(file.bytes())};
+        return {};
     }
     Picture picture = Picture::create(header.width, header.height);
     if (!picture) {
