@@ -7,7 +7,7 @@ namespace tl {
 
 struct AppState;
 
-// The raw text after the program name in a full command line (GetCommandLineA), quotes included.
+// The raw text after the program name in a full command line (GetCommandLineW, as UTF-8), quotes included.
 std::string argumentsFromCommandLine(std::string_view fullCommandLine);
 
 // Sets app.startMode and app.listPath from the arguments: "/auto" or "/setup" anywhere (any case), and a

@@ -4,6 +4,8 @@
 
 #include "base/file_system.h"
 #include "base/text.h"
+#include "base/text_file.h"
+#include "base/utf8.h"
 
 namespace tl {
 
@@ -57,11 +59,12 @@ std::string_view valueOf(std::string_view line) {
 
 }  // namespace
 
-IniProfile::IniProfile(FileSystem& fs, std::string path) : fs_(fs), path_(std::move(path)) {}
+IniProfile::IniProfile(FileSystem& fs, const AnsiCodePage& ansi, std::string path)
+    : fs_(fs), ansi_(ansi), path_(std::move(path)) {}
 
 void IniProfile::load() {
     lines_.clear();
-    const auto data = fs_.readFile(path_);
+    const auto data = readTextFile(fs_, path_, ansi_);
     if (!data) {
         return;
     }
@@ -116,10 +119,7 @@ std::string IniProfile::readString(std::string_view section, std::string_view ke
     if (bufferSize == 0) {
         return {};
     }
-    if (value.size() > bufferSize - 1) {
-        value.resize(bufferSize - 1);
-    }
-    return value;
+    return std::string(leadingCharacters(value, bufferSize - 1));
 }
 
 int IniProfile::writeString(std::string_view section, std::string_view key, std::string_view value) {

@@ -7,15 +7,18 @@
 
 namespace tl {
 
+class AnsiCodePage;
 class FileSystem;
 
-// A profile file kept by the program itself, answering as GetPrivateProfileStringA and
-// WritePrivateProfileStringA do: sections and keys match without regard to case and blanks, a key's
-// line is rewritten in place, a missing key is added at the end of its section and a missing section
-// at the end of the file. Used where the Win32 profile functions are not at hand.
+// A profile file kept by the program itself, answering as the Win32 profile functions do: sections and
+// keys match without regard to case and blanks, a key's line is rewritten in place, a missing key is
+// added at the end of its section and a missing section at the end of the file. Those functions can't
+// write UTF-8 (the A ones write the ANSI code page, the W ones UTF-16 only to a file that already is), so
+// the program keeps setup.pref with this one. A batch of writes replaces the file safely whole.
 class IniProfile : public ProfileFile {
 public:
-    IniProfile(FileSystem& fs, std::string path);
+    // The file is written in UTF-8; one an earlier version wrote in the ANSI code page is read in that.
+    IniProfile(FileSystem& fs, const AnsiCodePage& ansi, std::string path);
 
     std::string readString(std::string_view section, std::string_view key, std::string_view defaultValue,
                            size_t bufferSize) override;
@@ -32,6 +35,7 @@ private:
     bool store();
 
     FileSystem& fs_;
+    const AnsiCodePage& ansi_;
     std::string path_;
     std::vector<std::string> lines_;
     bool inUpdate_ = false;

@@ -11,12 +11,12 @@ class ProfileFile {
 public:
     virtual ~ProfileFile() = default;
 
-    // What GetPrivateProfileStringA leaves in a buffer of bufferSize characters: the value (or the
-    // default when the key is missing), at most bufferSize - 1 characters, then a NUL.
+    // What the profile functions leave in a buffer of bufferSize characters: the value (or the default
+    // when the key is missing), at most bufferSize - 1 characters (whole ones), then a NUL.
     virtual std::string readString(std::string_view section, std::string_view key, std::string_view defaultValue,
                                    size_t bufferSize) = 0;
 
-    // WritePrivateProfileStringA: nonzero on success.
+    // As WritePrivateProfileString: nonzero on success.
     virtual int writeString(std::string_view section, std::string_view key, std::string_view value) = 0;
 
     // A batch of writes that reaches the file whole or not at all: between beginUpdate and

@@ -58,7 +58,9 @@ extern const std::array<SettingKey, 27> kSettingKeys;
 
 inline constexpr const char* kSettingsSection = "Tessaline";
 inline constexpr const char* kSettingsFileName = "setup.pref";
-inline constexpr size_t kSettingBufferSize = 200;  // a value is read into 200 characters: 199 and a NUL
+// A value is read into a buffer of this many characters. The first version's 200 cut longer paths short;
+// this one holds the longest path Windows has, so that a path is never cut.
+inline constexpr size_t kSettingBufferSize = 32768;
 
 // A value in the settings file that can't be read as its key's type. Start-up stops on it.
 class SettingsError : public std::runtime_error {

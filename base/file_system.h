@@ -15,6 +15,9 @@ struct DirEntry {
     bool hidden = false;
     bool system = false;
     bool readOnly = false;
+    // The name holds what UTF-8 can't (see base/unrepresentable_names.h): `name` only shows it, with
+    // U+FFFD in that place, and names no file.
+    bool unrepresentable = false;
 
     // What a plain directory search returns: files that are neither hidden, system nor folders.
     bool isNormalFile() const { return !isDirectory && !hidden && !system; }
@@ -27,7 +30,7 @@ struct FileFacts {
     std::string modified;  // last write time as the user's general date text
 };
 
-// The file operations the portable code needs. Paths are the program's own ("C:\dir\file"); the
+// The file operations the portable code needs. Paths are the program's own ("C:\dir\file", UTF-8); the
 // native stand-in maps them onto its file system.
 class FileSystem {
 public:

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <ctime>
 
+#include "base/utf8.h"
+
 namespace tl {
 
 std::string PosixFileSystem::nativePath(const std::string& path) {
@@ -98,9 +100,11 @@ std::vector<DirEntry> PosixFileSystem::findFiles(const std::string& pattern) {
             continue;
         }
         DirEntry entry;
-        entry.name = e->d_name;
+        // A name that is not UTF-8 plays the part of a Windows name UTF-8 can't hold.
+        entry.name = validUtf8(e->d_name);
+        entry.unrepresentable = entry.name != e->d_name;
         struct stat st {};
-        if (::stat((dir + "/" + entry.name).c_str(), &st) == 0) {
+        if (::stat((dir + "/" + e->d_name).c_str(), &st) == 0) {
             entry.isDirectory = S_ISDIR(st.st_mode);
             entry.readOnly = (st.st_mode & S_IWUSR) == 0;
         }

@@ -1,35 +1,73 @@
 #include "base/text.h"
 
-#include <algorithm>
+#include "base/utf8.h"
 
 namespace tl {
 
-char lowerCaseChar(char c) {
-    const auto u = static_cast<unsigned char>(c);
-    if (u >= 'A' && u <= 'Z') {
-        return static_cast<char>(u + 32);
+char32_t lowerCaseLetter(char32_t c) {
+    const auto evenToOdd = [c](char32_t first, char32_t last) { return c >= first && c <= last && c % 2 == 0; };
+    const auto oddToEven = [c](char32_t first, char32_t last) { return c >= first && c <= last && c % 2 == 1; };
+    if (c < 0x80) {
+        return c >= 'A' && c <= 'Z' ? c + 32 : c;
     }
-    // Windows-1252: Latin-1 capitals (except the multiplication sign) and the three extra ones.
-    if (u >= 0xC0 && u <= 0xDE && u != 0xD7) {
-        return static_cast<char>(u + 32);
+    // Latin-1 (not the multiplication sign), Greek, Cyrillic, Armenian and full-width capitals in runs.
+    if ((c >= 0xC0 && c <= 0xDE && c != 0xD7) || (c >= 0x391 && c <= 0x3AB && c != 0x3A2) ||
+        (c >= 0x410 && c <= 0x42F) || (c >= 0xFF21 && c <= 0xFF3A)) {
+        return c + 32;
     }
-    switch (u) {
-        case 0x8A:
-            return static_cast<char>(0x9A);
-        case 0x8C:
-            return static_cast<char>(0x9C);
-        case 0x8E:
-            return static_cast<char>(0x9E);
-        case 0x9F:
-            return static_cast<char>(0xFF);
+    if (c >= 0x531 && c <= 0x556) {
+        return c + 48;
+    }
+    if (c >= 0x400 && c <= 0x40F) {
+        return c + 80;
+    }
+    // Capitals followed by their small letters. U+0130 (capital I with dot) is left alone: its small
+    // letter is plain "i", one byte shorter.
+    if (evenToOdd(0x100, 0x12F) || evenToOdd(0x132, 0x137) || oddToEven(0x139, 0x148) || evenToOdd(0x14A, 0x177) ||
+        oddToEven(0x179, 0x17E) || evenToOdd(0x3D8, 0x3EF) || evenToOdd(0x460, 0x481) || evenToOdd(0x48A, 0x4BF) ||
+        oddToEven(0x4C1, 0x4CE) || evenToOdd(0x4D0, 0x52F)) {
+        return c + 1;
+    }
+    switch (c) {
+        case 0x178:  // Y with diaeresis, whose small letter is in Latin-1
+            return 0xFF;
+        case 0x386:  // the accented Greek capitals
+            return 0x3AC;
+        case 0x388:
+        case 0x389:
+        case 0x38A:
+            return c + 37;
+        case 0x38C:
+            return 0x3CC;
+        case 0x38E:
+        case 0x38F:
+            return c + 63;
+        case 0x4C0:
+            return 0x4CF;
         default:
             return c;
     }
 }
 
 std::string lowerCase(std::string_view text) {
-    std::string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), lowerCaseChar);
+    std::string out;
+    out.reserve(text.size());
+    for (size_t at = 0; at < text.size();) {
+        const auto b = static_cast<unsigned char>(text[at]);
+        if (b < 0x80) {
+            out += static_cast<char>(b >= 'A' && b <= 'Z' ? b + 32 : b);
+            ++at;
+            continue;
+        }
+        const Utf8Step step = decodeUtf8(text, at);
+        const char32_t lower = step.codePoint == kBadSequence ? step.codePoint : lowerCaseLetter(step.codePoint);
+        if (lower == step.codePoint) {
+            out.append(text.substr(at, step.length));
+        } else {
+            appendUtf8(out, lower);
+        }
+        at += step.length;
+    }
     return out;
 }
 

@@ -3,12 +3,16 @@
 #include <string>
 #include <string_view>
 
-// Text helpers for the program's 8-bit strings (the system code page, treated as Windows-1252).
+// Text helpers for the program's strings, which hold UTF-8.
 namespace tl {
 
-// Lower-cases ASCII and the Windows-1252 capital letters; other bytes are kept.
+// Lower-cases the capital letters of ASCII, Latin-1, Latin Extended-A, Greek, Cyrillic, Armenian and
+// full-width Latin; everything else (other letters, bytes that are not valid UTF-8) is kept. Each of
+// these letters and its small one take the same number of bytes, so the result is exactly as long as the
+// text and a position in one is the same position in the other.
 std::string lowerCase(std::string_view text);
-char lowerCaseChar(char c);
+// The small letter of a code point under the same rule (the code point itself when it has none here).
+char32_t lowerCaseLetter(char32_t c);
 
 // Removes leading and trailing blanks (spaces only, as the program's trims always did).
 std::string_view trimBlanks(std::string_view text);

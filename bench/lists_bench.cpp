@@ -11,6 +11,7 @@
 
 #include "base/file_system_posix.h"
 #include "base/random.h"
+#include "base/text_file.h"
 #include "lists/wallpaper_list.h"
 
 namespace {
@@ -61,6 +62,7 @@ int main(int argc, char** argv) {
     const std::string source = (dir / "big.wall").string();
     const std::string target = (dir / "sorted.wall").string();
     PosixFileSystem fs;
+    const Windows1252 ansi;
     if (!fs.writeNewFile(source, sampleList(entries))) {
         std::fprintf(stderr, "can't write %s\n", source.c_str());
         return 1;
@@ -69,7 +71,7 @@ int main(int argc, char** argv) {
     std::vector<double> read, sort, write, total;
     for (int r = 0; r < rounds; ++r) {
         auto start = Clock::now();
-        ListFileContents list = readListFile(fs, source, ListReader::Changer, kCenter);
+        ListFileContents list = readListFile(fs, ansi, source, ListReader::Changer, kCenter);
         read.push_back(msSince(start));
 
         DefaultRandom random(static_cast<uint64_t>(r) + 1);

@@ -13,6 +13,7 @@
 #include "app/app_state.h"
 #include "base/file_system_posix.h"
 #include "base/random.h"
+#include "base/text_file.h"
 #include "base/ui.h"
 #include "bench/manager_bench_data.h"
 #include "manager/duplicate_index.h"
@@ -32,6 +33,7 @@ struct Round {
 
 Round runOnce(const std::string& listFile, int added) {
     tl::PosixFileSystem fs;
+    tl::Windows1252 ansi;
     tl::test::FakeListBox list1;
     tl::test::FakeManagerView view;
     SilentUi ui;
@@ -41,7 +43,7 @@ Round runOnce(const std::string& listFile, int added) {
     app.settings.CheckForDuplicates = true;
     app.settings.AutoSortFolder = true;
     app.listPath = listFile;
-    tl::ListManager manager({view, list1, fs, ui, app, random, remover, [] {}});
+    tl::ListManager manager({view, list1, fs, ansi, ui, app, random, remover, [] {}});
 
     Round r{};
     auto start = Clock::now();

@@ -19,7 +19,7 @@ class Desktop {
     virtual ~Desktop() = default;
     // A REG_SZ value under HKEY_CURRENT_USER\Control Panel\desktop. Failures are passed over.
     virtual void setDesktopValue(std::string_view valueName, std::string_view text) = 0;
-    // SystemParametersInfoA(SPI_SETDESKWALLPAPER, 0, path, SPIF_UPDATEINIFILE), without the broadcast flag.
+    // SystemParametersInfo(SPI_SETDESKWALLPAPER, 0, path, SPIF_UPDATEINIFILE), without the broadcast flag.
     virtual void setDeskWallpaper(const std::string& path) = 0;
     // Sets the wallpaper through IActiveDesktop, switching Active Desktop on first when asked to.
     virtual void setActiveDesktopWallpaper(const std::string& path, int style, bool enableActiveDesktop) = 0;

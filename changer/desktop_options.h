@@ -23,9 +23,9 @@ using ShellWindow = std::uintptr_t;
 class DesktopShell {
   public:
     virtual ~DesktopShell() = default;
-    // FindWindowA(className, title); 0 when there is none.
+    // FindWindow(className, title); 0 when there is none.
     virtual ShellWindow findWindow(const char* className, const char* title) = 0;
-    // FindWindowExA(parent, 0, className, 0); 0 when there is none.
+    // FindWindowEx(parent, 0, className, 0); 0 when there is none.
     virtual ShellWindow findChildWindow(ShellWindow parent, const char* className) = 0;
     // GetWindow(window, GW_CHILD).
     virtual ShellWindow firstChild(ShellWindow window) = 0;
@@ -45,7 +45,7 @@ class DesktopShell {
 class DesktopSystem {
   public:
     virtual ~DesktopSystem() = default;
-    // SystemParametersInfoA(action, param, no buffer, flags); true when the call reports success.
+    // SystemParametersInfo(action, param, no buffer, flags); true when the call reports success.
     virtual bool systemParameter(unsigned action, unsigned param, unsigned flags) = 0;
     // A value under HKEY_CURRENT_USER\Control Panel\Desktop as text; empty when it can't be read.
     virtual std::string desktopValue(const char* name) = 0;

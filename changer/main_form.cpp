@@ -15,12 +15,13 @@ namespace tl {
 
 frmMain::frmMain(AppState& app,
                  FileSystem& fs,
+                 const AnsiCodePage& ansi,
                  RandomSource& random,
                  MainFormHost& host,
                  Desktop& desktop,
                  WallpaperPictures& pictures,
                  TrayIcon& tray)
-    : app_(app), fs_(fs), random_(random), host_(host), desktop_(desktop), pictures_(pictures), tray_(tray) {}
+    : app_(app), fs_(fs), ansi_(ansi), random_(random), host_(host), desktop_(desktop), pictures_(pictures), tray_(tray) {}
 
 bool frmMain::onLoad() {
     host_.buildResolutionMenu();
@@ -380,7 +381,7 @@ void frmMain::selectLineAndClick(int index) {
 void frmMain::readListFile(std::string path) {
     // The tracker adds the folders it is given to those it holds: the old list's go with it first.
     stopTracker();
-    ListFileContents contents = tl::readListFile(fs_, path, ListReader::Changer, app_.settings.DefaultAddOrientation);
+    ListFileContents contents = tl::readListFile(fs_, ansi_, path, ListReader::Changer, app_.settings.DefaultAddOrientation);
     entries_ = std::move(contents.entries);
     trackedFolders_ = std::move(contents.trackedFolders);
     longestPath_ = contents.longestPath;

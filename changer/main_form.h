@@ -15,6 +15,7 @@
 namespace tl {
 
 struct AppState;
+class AnsiCodePage;
 class FileSystem;
 class RandomSource;
 
@@ -32,6 +33,7 @@ class frmMain : private RemovalForm, public TrackerHost {
   public:
     frmMain(AppState& app,
             FileSystem& fs,
+            const AnsiCodePage& ansi,
             RandomSource& random,
             MainFormHost& host,
             Desktop& desktop,
@@ -170,6 +172,7 @@ class frmMain : private RemovalForm, public TrackerHost {
 
     AppState& app_;
     FileSystem& fs_;
+    const AnsiCodePage& ansi_;
     RandomSource& random_;
     MainFormHost& host_;
     Desktop& desktop_;

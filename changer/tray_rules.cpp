@@ -1,13 +1,26 @@
 #include "changer/tray_rules.h"
 
+#include "base/utf8.h"
+
 namespace tl {
 
 std::string trayTip(std::string_view currentPath) {
     std::string tip = "Tessaline - ";
     tip += currentPath;
-    if (tip.size() > kTrayTipLength) {
-        tip.resize(kTrayTipLength);
+    // The tray counts UTF-16 units: a character beyond the first plane takes two. The cut falls between
+    // characters, never inside one.
+    size_t units = 0;
+    size_t at = 0;
+    while (at < tip.size()) {
+        const Utf8Step step = decodeUtf8(tip, at);
+        const size_t width = step.codePoint != kBadSequence && step.codePoint >= 0x10000 ? 2 : 1;
+        if (units + width > kTrayTipLength) {
+            break;
+        }
+        units += width;
+        at += step.length;
     }
+    tip.resize(at);
     return tip;
 }
 

@@ -6,7 +6,7 @@
 
 namespace tl {
 
-// The tray icon's tip holds at most 63 characters and its NUL in the first version of the record.
+// The tray icon's tip holds at most 63 UTF-16 units and its NUL in the first version of the record.
 inline constexpr size_t kTrayTipLength = 63;
 
 // "Tessaline - " and the path of the wallpaper on show (the list entry's own path), cut to what the

@@ -10,7 +10,7 @@ namespace tl {
 class Ui;
 
 // A display mode as the platform enumerates it: the fields the program reads, and the platform's own
-// record (DEVMODEA bytes on Windows) handed back unchanged when the mode is applied.
+// record (DEVMODEW bytes on Windows) handed back unchanged when the mode is applied.
 struct DisplayModeRecord {
     uint32_t width = 0;
     uint32_t height = 0;

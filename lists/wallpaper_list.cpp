@@ -7,6 +7,7 @@
 #include "base/file_system.h"
 #include "base/random.h"
 #include "base/text.h"
+#include "base/text_file.h"
 
 namespace tl {
 
@@ -108,10 +109,11 @@ ListFileContents parseListText(std::string_view text, ListReader reader, Orienta
 }
 
 ListFileContents readListFile(FileSystem& fs,
+                              const AnsiCodePage& ansi,
                               const std::string& path,
                               ListReader reader,
                               Orientation defaultAddOrientation) {
-    const std::optional<std::string> text = fs.readFile(path);
+    const std::optional<std::string> text = readTextFile(fs, path, ansi);
     if (!text) {
         return ListFileContents{};
     }
@@ -203,9 +205,9 @@ class EntrySorter {
         size_t at = 0;
         for (int i = lo; i <= hi; ++i) {
             const std::string& path = entries[static_cast<size_t>(i)].path;
-            for (size_t k = 0; k < path.size(); ++k) {
-                keyText_[at + k] = lowerCaseChar(path[k]);
-            }
+            // Lower-casing keeps the length, so the key takes the path's place in the buffer.
+            const std::string key = lowerCase(path);
+            key.copy(keyText_.data() + at, key.size());
             items_.push_back({keyText_.data() + at, static_cast<uint32_t>(path.size()), static_cast<uint32_t>(i)});
             at += path.size();
         }

@@ -7,6 +7,7 @@
 
 namespace tl {
 
+class AnsiCodePage;
 class FileSystem;
 class RandomSource;
 
@@ -52,15 +53,18 @@ struct ListFileContents {
 // default orientation for added files as it reads; the manager keeps it.
 enum class ListReader { Changer, Manager };
 
-// Reads a ".wall" or ".txt" list. A missing or unreadable file gives an empty list and no folders.
+// Reads a ".wall" or ".txt" list: UTF-8, or an earlier version's file in the ANSI code page (see
+// decodeTextFile). A missing or unreadable file gives an empty list and no folders.
 ListFileContents readListFile(FileSystem& fs,
+                              const AnsiCodePage& ansi,
                               const std::string& path,
                               ListReader reader,
                               Orientation defaultAddOrientation);
 // The same grammar on text already in memory.
 ListFileContents parseListText(std::string_view text, ListReader reader, Orientation defaultAddOrientation);
 
-// Writes images (path TAB code) then folders ("#" folder), CR LF lines. A list without images leaves
+// Writes images (path TAB code) then folders ("#" folder), CR LF lines, in UTF-8 without a byte order
+// mark (which the first version would take for part of the first path). A list without images leaves
 // the file untouched, and the file is replaced whole or not at all. Failures are not reported.
 void writeListFile(FileSystem& fs,
                    const WallpaperEntries& entries,

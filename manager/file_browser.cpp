@@ -65,7 +65,7 @@ FolderListing listFolder(FileSystem& fs, const std::string& path) {
 
     std::vector<std::string> subFolders;
     for (const DirEntry& e : fs.findFiles(joinPath(open, "*"))) {
-        if (e.isDirectory && !e.hidden && !e.system && e.name != "." && e.name != "..") {
+        if (e.isDirectory && !e.hidden && !e.system && !e.unrepresentable && e.name != "." && e.name != "..") {
             subFolders.push_back(e.name);
         }
     }
@@ -76,8 +76,8 @@ FolderListing listFolder(FileSystem& fs, const std::string& path) {
     return listing;
 }
 
-std::vector<std::string> listPictureFiles(FileSystem& fs, const std::string& folder) {
-    std::vector<std::string> names;
+std::vector<DirEntry> listPictureFiles(FileSystem& fs, const std::string& folder) {
+    std::vector<DirEntry> files;
     std::string_view patterns = kFile1Pattern;
     while (!patterns.empty()) {
         const size_t semicolon = std::min(patterns.find(';'), patterns.size());
@@ -85,15 +85,15 @@ std::vector<std::string> listPictureFiles(FileSystem& fs, const std::string& fol
         patterns.remove_prefix(std::min(semicolon + 1, patterns.size()));
         for (const DirEntry& e : fs.findFiles(joinPath(folder, pattern))) {
             if (e.isNormalFile()) {
-                names.push_back(e.name);
+                files.push_back(e);
             }
         }
     }
-    std::sort(names.begin(), names.end(), lessNoCase);
-    names.erase(std::unique(names.begin(), names.end(),
-                            [](const std::string& a, const std::string& b) { return equalsNoCase(a, b); }),
-                names.end());
-    return names;
+    std::sort(files.begin(), files.end(), [](const DirEntry& a, const DirEntry& b) { return lessNoCase(a.name, b.name); });
+    files.erase(std::unique(files.begin(), files.end(),
+                            [](const DirEntry& a, const DirEntry& b) { return equalsNoCase(a.name, b.name); }),
+                files.end());
+    return files;
 }
 
 std::string fileCountText(int count) {

@@ -14,6 +14,10 @@ FolderTable collectFolders(FileSystem& fs, const std::string& start) {
             if (!e.isDirectory || e.hidden || e.system || e.name == "." || e.name == "..") {
                 continue;
             }
+            if (e.unrepresentable) {
+                table.unrepresentable.push_back(folder + "\\" + e.name);
+                continue;
+            }
             if (table.folders.size() == kFolderTableRows) {
                 table.overflowed = true;
                 return table;
@@ -24,10 +28,15 @@ FolderTable collectFolders(FileSystem& fs, const std::string& start) {
     return table;
 }
 
-std::vector<std::string> findFolderImages(FileSystem& fs, const std::string& folder, std::string_view extension) {
+std::vector<std::string> findFolderImages(FileSystem& fs,
+                                          const std::string& folder,
+                                          std::string_view extension,
+                                          std::vector<std::string>& unrepresentable) {
     std::vector<std::string> names;
     for (const DirEntry& e : fs.findFiles(folder + "\\*." + std::string(extension))) {
-        if (e.isNormalFile()) {
+        if (e.isNormalFile() && e.unrepresentable) {
+            unrepresentable.push_back(folder + "\\" + e.name);
+        } else if (e.isNormalFile()) {
             names.push_back(e.name);
         }
     }

@@ -15,6 +15,7 @@ inline constexpr size_t kFolderTableRows = 1001;
 struct FolderTable {
     std::vector<std::string> folders;  // breadth-first, the start folder in row 0
     bool overflowed = false;           // there were more folders than the table holds; the rest were left out
+    std::vector<std::string> unrepresentable;  // folders left out: their names can't be held in UTF-8
 };
 
 // The start folder and all its sub-folders, breadth-first: each row's sub-folders are appended in the
@@ -27,7 +28,11 @@ FolderTable collectFolders(FileSystem& fs, const std::string& start);
 inline constexpr std::array<std::string_view, 3> kFolderAddExtensions = {"bmp", "jpeg", "jpg"};
 
 // The names of the normal files of folder matching "*." & extension, as folder & "\*." & extension
-// finds them. An empty folder searches the root folder of the current drive ("\*.bmp").
-std::vector<std::string> findFolderImages(FileSystem& fs, const std::string& folder, std::string_view extension);
+// finds them. An empty folder searches the root folder of the current drive ("\*.bmp"). Files whose names
+// can't be held in UTF-8 are left out and their paths (as shown) added to unrepresentable.
+std::vector<std::string> findFolderImages(FileSystem& fs,
+                                          const std::string& folder,
+                                          std::string_view extension,
+                                          std::vector<std::string>& unrepresentable);
 
 }  // namespace tl

@@ -7,6 +7,7 @@
 #include "base/file_system.h"
 #include "base/text.h"
 #include "base/ui.h"
+#include "base/unrepresentable_names.h"
 #include "changer/apply_rules.h"
 #include "lists/image_info.h"
 #include "lists/list_box.h"
@@ -130,14 +131,30 @@ void ListManager::addFiles() {
     // which the duplicate check does not take for the same file dropped as "C:\name". Kept on purpose.
     const std::string folder = s_.view.dir1Path() + "\\";
     const Orientation orientation = s_.view.addOrientation();
-    for (const std::string& name : s_.view.file1SelectedNames()) {
-        addIfNew(folder + name, orientation);
+    for (const DirEntry& file : s_.view.file1SelectedFiles()) {
+        if (file.unrepresentable) {
+            unrepresentable_.push_back(folder + file.name);
+        } else {
+            addIfNew(folder + file.name, orientation);
+        }
         s_.view.busyProgress();
     }
     endBusy();
+    reportUnrepresentable();
+}
+
+void ListManager::reportUnrepresentable() {
+    reportUnrepresentableNames(s_.ui, unrepresentable_);
+    unrepresentable_.clear();
 }
 
 int ListManager::addFolder() {
+    const int added = scanFolder();
+    reportUnrepresentable();
+    return added;
+}
+
+int ListManager::scanFolder() {
     if (busy_) {
         s_.ui.beep();
         return 0;
@@ -147,6 +164,7 @@ int ListManager::addFolder() {
     const std::string start = s_.view.dir1Highlighted();
     s_.view.setCaption("Getting Directories...");
     const FolderTable table = collectFolders(s_.fs, start);
+    unrepresentable_.insert(unrepresentable_.end(), table.unrepresentable.begin(), table.unrepresentable.end());
 
     s_.view.setCaption("Adding files...");
     const Orientation orientation = s_.view.addOrientation();
@@ -157,7 +175,7 @@ int ListManager::addFolder() {
         const std::string folder = row < table.folders.size() ? table.folders[row] : std::string();
         scanStatus_ = folder + "\r\nAdded so far: " + formatSigned(added);
         for (const std::string_view extension : kFolderAddExtensions) {
-            for (const std::string& name : findFolderImages(s_.fs, folder, extension)) {
+            for (const std::string& name : findFolderImages(s_.fs, folder, extension, unrepresentable_)) {
                 if (addIfNew(folder + "\\" + name, orientation)) {
                     ++added;
                 }
@@ -185,10 +203,11 @@ int ListManager::addFolder() {
     return added;
 }
 
-void ListManager::dropFiles(const std::vector<std::string>& names) {
+void ListManager::dropFiles(const std::vector<std::string>& names, const std::vector<std::string>& unrepresentable) {
     if (busy_) {
         return;
     }
+    unrepresentable_ = unrepresentable;
     s_.view.setHourglass(true);
     s_.view.hideListAndFrames();
     const std::string dir = s_.view.dir1Path();
@@ -203,7 +222,7 @@ void ListManager::dropFiles(const std::vector<std::string>& names) {
             added += addIfNew(name, orientation) ? 1 : 0;
         } else if (s_.fs.isDirectory(name)) {
             s_.view.setDir1Path(name);
-            added += addFolder();
+            added += scanFolder();
         }
     }
     s_.app.settings.AutoSortFolder = autoSort;
@@ -213,6 +232,7 @@ void ListManager::dropFiles(const std::vector<std::string>& names) {
     s_.view.setDir1Path(dir);
     s_.view.showListAndFrames();
     s_.view.setHourglass(false);
+    reportUnrepresentable();
 }
 
 // ---- The list's entries ----

@@ -12,6 +12,7 @@
 namespace tl {
 
 struct AppState;
+class AnsiCodePage;
 class FileSystem;
 class ListBoxView;
 class RandomSource;
@@ -33,6 +34,7 @@ struct ManagerServices {
     ManagerView& view;
     ListBoxView& list1;
     FileSystem& fs;
+    const AnsiCodePage& ansi;  // of the list files earlier versions wrote
     Ui& ui;
     AppState& app;
     RandomSource& random;
@@ -57,7 +59,9 @@ class ListManager : private RemovalForm {
     void addFiles();
     // Returns the number of files added.
     int addFolder();
-    void dropFiles(const std::vector<std::string>& names);
+    // Dropped names in order; unrepresentable are those dropped whose names can't be held in UTF-8 (as
+    // shown), which the user is told of.
+    void dropFiles(const std::vector<std::string>& names, const std::vector<std::string>& unrepresentable = {});
     bool busy() const { return busy_; }
     const std::string& scanStatus() const { return scanStatus_; }
 
@@ -123,6 +127,9 @@ class ListManager : private RemovalForm {
     void showCaption();
     void refreshChecks();
     bool addIfNew(const std::string& path, Orientation orientation);
+    // addFolder without telling of the names it had to leave out, so that a drop tells of them once.
+    int scanFolder();
+    void reportUnrepresentable();
 
     ManagerServices s_;
     WallpaperEntries entries_ = WallpaperEntries(1);
@@ -131,6 +138,7 @@ class ListManager : private RemovalForm {
     std::string listPath_;
     std::string previewTag_;  // the path of the entry on show in the preview
     std::string scanStatus_;
+    std::vector<std::string> unrepresentable_;  // left out of the add under way, to be told of at its end
     bool listChanged_ = false;
     bool busy_ = false;
     int screenWidth_ = 0;

@@ -28,7 +28,7 @@ void ListManager::showCaption() {
 }
 
 void ListManager::readList(const std::string& path) {
-    ListFileContents contents = readListFile(s_.fs, path, ListReader::Manager, s_.app.settings.DefaultAddOrientation);
+    ListFileContents contents = readListFile(s_.fs, s_.ansi, path, ListReader::Manager, s_.app.settings.DefaultAddOrientation);
     entries_ = std::move(contents.entries);
     trackedFolders_ = std::move(contents.trackedFolders);
     refillLines();

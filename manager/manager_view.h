@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "base/file_dialog.h"
+#include "base/file_system.h"
 #include "lists/wallpaper_list.h"
 
 namespace tl {
@@ -42,11 +43,12 @@ class ManagerView {
     // A new list: preview, altPreview, prevFrame, conFrame and orType hidden.
     virtual void hideEntryPanels() = 0;
 
-    // The browser: the folder open in Dir1, the one highlighted in it, and File1's selected names in order.
+    // The browser: the folder open in Dir1, the one highlighted in it, and File1's selected files in order
+    // (their names, flagged where they can't be held in UTF-8).
     virtual std::string dir1Path() const = 0;
     virtual void setDir1Path(const std::string& path) = 0;
     virtual std::string dir1Highlighted() const = 0;
-    virtual std::vector<std::string> file1SelectedNames() const = 0;
+    virtual std::vector<DirEntry> file1SelectedFiles() const = 0;
 
     // addOrType: the orientation given to new files.
     virtual Orientation addOrientation() const = 0;

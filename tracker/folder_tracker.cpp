@@ -5,6 +5,7 @@
 #include "base/file_system.h"
 #include "base/text.h"
 #include "base/ui.h"
+#include "base/unrepresentable_names.h"
 #include "lists/list_box.h"
 #include "tracker/tracker_host.h"
 
@@ -62,7 +63,8 @@ void FolderTracker::NotificationReceipt(const ShellChange& change, ChangeSource 
     }
     // A file created through the shell can be announced by name before it has a path; the folder's
     // update that follows names the folder, and the two together give the file.
-    if (change.event == kShcneCreate && change.path1.empty() && isImageFile(change.name1)) {
+    if (change.event == kShcneCreate && change.path1.empty() && !change.unrepresentable1 &&
+        isImageFile(change.name1)) {
         pendingImageName_ = change.name1;
     }
     const bool m1 = matches(change.path1);
@@ -75,7 +77,7 @@ void FolderTracker::NotificationReceipt(const ShellChange& change, ChangeSource 
             if (!pendingImageName_.empty()) {
                 const std::string file = joinPath(change.path1, pendingImageName_);
                 if (fileExists(file)) {
-                    addPaper(file, source, nowMs);
+                    addPaper(file, change.unrepresentable1, source, nowMs);
                 }
             }
             pendingImageName_.clear();
@@ -88,19 +90,26 @@ void FolderTracker::NotificationReceipt(const ShellChange& change, ChangeSource 
                 deletePaper(change.path1, source, nowMs);
             }
             if (m2) {
-                addPaper(change.path2, source, nowMs);
+                addPaper(change.path2, change.unrepresentable2, source, nowMs);
             }
             break;
         case kShcneCreate:
-            addPaper(change.path1, source, nowMs);
+            addPaper(change.path1, change.unrepresentable1, source, nowMs);
             break;
         default:  // a removed folder: its files are announced one by one, or not at all
             break;
     }
 }
 
-void FolderTracker::addPaper(const std::string& path, ChangeSource source, uint32_t nowMs) {
+void FolderTracker::addPaper(const std::string& path, bool unrepresentable, ChangeSource source, uint32_t nowMs) {
     if (!echoes_.admit(source, ListAction::Add, path, nowMs)) {
+        return;
+    }
+    if (unrepresentable) {
+        // Told once, as the change itself is handled once; a file that is no picture is not worth a word.
+        if (isImageFile(path)) {
+            reportUnrepresentableNames(ui_, {path});
+        }
         return;
     }
     try {

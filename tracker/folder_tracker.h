@@ -53,7 +53,8 @@ class FolderTracker {
     void saveFolders();
 
   private:
-    void addPaper(const std::string& path, ChangeSource source, uint32_t nowMs);
+    // A picture whose name UTF-8 can't hold is not added: the user is told of it.
+    void addPaper(const std::string& path, bool unrepresentable, ChangeSource source, uint32_t nowMs);
     void deletePaper(const std::string& path, ChangeSource source, uint32_t nowMs);
     bool fileExists(const std::string& path);
 

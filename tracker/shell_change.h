@@ -21,12 +21,15 @@ enum ShellEvent : uint32_t {
 // One change as the receipt sees it: the event code and, for each of the two items, its display name and
 // its file-system path (empty for an item without one, such as a virtual folder or a file the shell
 // reported before it had a path).
+// An item whose name can't be held in UTF-8 is flagged: its name and path only show it.
 struct ShellChange {
     uint32_t event = 0;
     std::string name1;
     std::string path1;
     std::string name2;
     std::string path2;
+    bool unrepresentable1 = false;
+    bool unrepresentable2 = false;
 };
 
 // Where a change was seen. The same change on disk usually arrives once from each.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/file_system_posix.h"
+#include "base/text_file.h"
 #include "support/temp_dir.h"
 
 // IniProfile stands in for the Win32 profile functions natively; these hold it to their behaviour.
@@ -11,9 +12,10 @@ namespace {
 
 class Ini : public testing::Test {
   protected:
-    Ini() : ini(fs, dir.file("a.ini")) {}
+    Ini() : ini(fs, ansi, dir.file("a.ini")) {}
     test::TempDir dir;
     PosixFileSystem fs;
+    Windows1252 ansi;
     IniProfile ini;
 };
 
@@ -25,6 +27,8 @@ TEST_F(Ini, LooksUpWithoutRegardToCaseOrBlanksIntoALimitedBuffer) {
     EXPECT_EQ(ini.readString("two", "missing", "dflt", 200), "dflt");
     EXPECT_EQ(ini.readString("one", "key", "", 4), "abc");
     EXPECT_EQ(ini.readString("one", "key", "", 1), "");
+    dir.write("a.ini", "[S]\r\nk=Москва\r\n");
+    EXPECT_EQ(ini.readString("s", "k", "", 4), "Мос") << "a short buffer holds whole characters";
 }
 
 TEST_F(Ini, RewritesAKeyInPlaceAppendsWhatIsMissingAndBatchesUntilCommit) {
@@ -42,7 +46,7 @@ TEST_F(Ini, RewritesAKeyInPlaceAppendsWhatIsMissingAndBatchesUntilCommit) {
     ASSERT_TRUE(ini.commitUpdate());
     EXPECT_NE(dir.read("a.ini").find("c=5"), std::string::npos);
 
-    IniProfile nowhere(fs, dir.file("no/such/dir/a.ini"));
+    IniProfile nowhere(fs, ansi, dir.file("no/such/dir/a.ini"));
     EXPECT_EQ(nowhere.writeString("S", "k", "v"), 0);
 }
 

@@ -8,6 +8,7 @@
 #include "app/app_state.h"
 #include "app/ini_profile.h"
 #include "base/file_system_posix.h"
+#include "base/text_file.h"
 #include "shared/default_settings_file.h"
 #include "support/fake_ui.h"
 #include "support/temp_dir.h"
@@ -17,7 +18,7 @@ namespace {
 
 class SettingsFile : public testing::Test {
   protected:
-    SettingsFile() : profile(fs, dir.file("setup.pref")) { app.programDir = dir.path(); }
+    SettingsFile() : profile(fs, ansi, dir.file("setup.pref")) { app.programDir = dir.path(); }
 
     std::vector<std::string> fileLines() {
         std::istringstream text(dir.read("setup.pref"));
@@ -32,6 +33,7 @@ class SettingsFile : public testing::Test {
 
     test::TempDir dir;
     PosixFileSystem fs;
+    Windows1252 ansi;
     IniProfile profile;
     test::FakeUi ui;
     AppState app;
@@ -50,6 +52,8 @@ TEST_F(SettingsFile, ValuesRoundTrip) {
     app.settings.RatioTolerance = 0.125;
     app.settings.IconTextColour = -16777216;
     app.settings.OutputPath = "D:\\out put\\w.bmp";
+    app.settings.LastList = "C:\\Été 2024\\東京 夜景 \U0001F305.wall";
+    app.settings.WallpaperDirectory = "D:\\Москва\\";
     app.settings.SmartSwitch = true;
     saveSettings(app, profile, ui, '.');
     AppState again;
@@ -91,8 +95,9 @@ INSTANTIATE_TEST_SUITE_P(Table,
                                          ValueCase{"HotKey=2147483647", "HotKey", "2147483647"},
                                          ValueCase{"HalfRatio=2", "HalfRatio", "2"},
                                          ValueCase{"RatioTolerance=0,125", "RatioTolerance", "0,125", ','},
+                                         // A path is read whole, however long.
                                          ValueCase{"OutputPath=" + std::string(300, 'x'), "OutputPath",
-                                                   std::string(199, 'x')},
+                                                   std::string(300, 'x')},
                                          // A missing key reads as "0".
                                          ValueCase{"Mode=2", "Delay", "0"},
                                          ValueCase{"Mode=2", "OutputPath", "0"},
@@ -133,6 +138,14 @@ TEST_F(SettingsFile, AFolderNamedLikeTheFileIsNoSettingsFile) {
     load();
     EXPECT_EQ(app.settings.Delay, 1);
     EXPECT_EQ(ui.messages.size(), 1u);
+}
+
+TEST_F(SettingsFile, AnEarlierVersionsAnsiFileIsReadInItsCodePageAndSavedInUtf8) {
+    dir.write("setup.pref", "[Tessaline]\r\nLastList=C:\\\xC9t\xE9\\a.wall\r\n");
+    load();
+    EXPECT_EQ(app.listPath, "C:\\Été\\a.wall");
+    saveSettings(app, profile, ui, '.');
+    EXPECT_NE(dir.read("setup.pref").find("\r\nLastList=C:\\Été\\a.wall\r\n"), std::string::npos);
 }
 
 TEST_F(SettingsFile, UnknownKeysAndOtherSectionsSurviveASave) {

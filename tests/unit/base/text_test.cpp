@@ -5,11 +5,24 @@
 namespace tl {
 namespace {
 
-TEST(Text, LowerCaseCoversTheCodePageLetters) {
-    EXPECT_EQ(lowerCase("C:\\Photos\\SEA.JPG"), "c:\\photos\\sea.jpg");
-    EXPECT_EQ(lowerCase("\xC4\xD6\xDC"), "\xE4\xF6\xFC");  // umlauts
-    EXPECT_EQ(lowerCase("\xD7"), "\xD7");                  // the multiplication sign has no lower case
-    EXPECT_EQ(lowerCase("\x8A"), "\x9A");
+// Each letter and its small one take the same bytes: keys keep their length, and no sequence is split.
+TEST(Text, LowerCaseCoversTheLettersOfEuropeanScriptsInUtf8) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"C:\\Photos\\SEA.JPG", "c:\\photos\\sea.jpg"},
+        {"ÉTÉ ÄÖÜ ÀÞ × Ÿ", "été äöü àþ × ÿ"},
+        {"ŁÓDŹ ŠŽČ ĲŒ Ĺ", "łódź šžč ĳœ ĺ"},
+        {"ΑΘΉΝΑ ΌΜΗΡΟΣ Ώ Ϊ", "αθήνα όμηροσ ώ ϊ"},  // final sigma stays plain: both are small letters
+        {"МОСКВА ЁЖ ЇЄ Ґ Ӂ Ӏ", "москва ёж їє ґ ӂ ӏ"},
+        {"ՀԱՅ ＡＢＣ", "հայ ａｂｃ"},
+        {"İ ß ẞ 東京 \U0001F305", "İ ß ẞ 東京 \U0001F305"},  // no pair of equal length: kept
+        {"A\xC9" "B\xE2\x82Z", "a\xC9" "b\xE2\x82z"},  // bytes that are not UTF-8 stay as they are
+    };
+    for (const auto& [text, lower] : cases) {
+        EXPECT_EQ(lowerCase(text), lower) << text;
+    }
+    EXPECT_TRUE(equalsNoCase("D:\\Москва\\Été.JPG", "d:\\МОСКВА\\éTÉ.jpg"));
+    EXPECT_FALSE(containsNoCase("C:\\Users\\ΑΝΝΑ\\Pictures", "άννα"));
+    EXPECT_TRUE(containsNoCase("C:\\Users\\ΆΝΝΑ\\Pictures", "άννα"));
 }
 
 TEST(Text, TrimsBlanksSearchesAndCuts) {

@@ -69,6 +69,12 @@ TEST(TrayTip, NamesTheEntryAndIsCutToWhatTheTrayHolds) {
     EXPECT_EQ(trayTip("C:\\Pictures\\sea.jpg"), "Tessaline - C:\\Pictures\\sea.jpg");
     const std::string longPath = "C:\\" + std::string(100, 'x') + ".jpg";
     EXPECT_EQ(trayTip(longPath), ("Tessaline - " + longPath).substr(0, 63));
+    // 63 UTF-16 units: 12 for "Tessaline - ", 7 for "Москва ", 22 emoji of two each; the 23rd does not fit.
+    std::string emoji;
+    for (int i = 0; i < 30; ++i) {
+        emoji += "\U0001F305";
+    }
+    EXPECT_EQ(trayTip("Москва " + emoji), "Tessaline - Москва " + emoji.substr(0, 4 * 22));
 }
 
 TEST(Menus, IdsAreUniqueAndInTheChangersRange) {

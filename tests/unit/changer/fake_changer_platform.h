@@ -12,6 +12,7 @@
 #include "app/settings.h"
 #include "base/file_system_posix.h"
 #include "base/random.h"
+#include "base/text_file.h"
 #include "changer/changer_platform.h"
 #include "changer/main_form.h"
 #include "support/fake_list_box.h"
@@ -240,8 +241,9 @@ struct ChangerFixture {
     TempDir dir;
     AppState app;
     DefaultRandom random;
+    Windows1252 ansi;
     FakeChangerPlatform fake;
-    frmMain form{app, fake.fs, random, fake, fake, fake, fake};
+    frmMain form{app, fake.fs, ansi, random, fake, fake, fake, fake};
 };
 
 }  // namespace tl::test

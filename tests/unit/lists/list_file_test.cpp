@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "base/file_system_posix.h"
+#include "base/text_file.h"
 #include "lists/wallpaper_list.h"
 #include "support/faulty_file_system.h"
 #include "support/temp_dir.h"
@@ -109,18 +110,42 @@ TEST(ListFile, RoundTripThroughTheDiskWritesNumbersImagesThenFoldersAndDropsBlan
               "C:\\Pictures\\sea.jpg\tStretch\r\n#D:\\Photos\r\nC:\\Pictures\\hill.bmp\tTile...\r\n   \t2\r\n"
               "#E:\\More\t1\r\nC:\\Pictures\\sky.gif\t4\rC:\\Pictures\\odd.jpg\t-3\r\n");
     PosixFileSystem fs;
-    const auto read = readListFile(fs, dir.file("a.wall"), ListReader::Manager, kCenter);
+    const Windows1252 ansi;
+    const auto read = readListFile(fs, ansi, dir.file("a.wall"), ListReader::Manager, kCenter);
     ASSERT_EQ(imageCount(read.entries), 5) << "the blank-path line is kept on reading";
     EXPECT_EQ(read.entries[3].path, "C:\\Pictures\\sky.gif");
     writeListFile(fs, read.entries, dir.file("b.wall"), read.trackedFolders);
     EXPECT_EQ(dir.read("b.wall"), written);
-    const auto back = readListFile(fs, dir.file("b.wall"), ListReader::Manager, kCenter);
+    const auto back = readListFile(fs, ansi, dir.file("b.wall"), ListReader::Manager, kCenter);
     EXPECT_EQ(listFileText(back.entries, back.trackedFolders), written);
     EXPECT_FALSE(dir.exists("b.wall.new"));
 
-    const auto missing = readListFile(fs, dir.file("none.wall"), ListReader::Changer, 0);
+    const auto missing = readListFile(fs, ansi, dir.file("none.wall"), ListReader::Changer, 0);
     EXPECT_EQ(missing.entries.size(), 1u);
     EXPECT_EQ(missing.trackedFolders, TrackedFolders{""});
+}
+
+// Lists are written in UTF-8 without a mark, so every name comes back; a list an earlier version wrote in
+// the ANSI code page is not valid UTF-8 and is read in that code page.
+TEST(ListFile, KeepsNamesOfAnyScriptAndReadsAnEarlierVersionsAnsiList) {
+    test::TempDir dir;
+    PosixFileSystem fs;
+    const Windows1252 ansi;
+    const WallpaperEntries entries{{"C:\\Été 2024\\plage.jpg", kStretch},
+                                   {"D:\\東京 夜景.jpg", kTile},
+                                   {"E:\\Москва.png", kCenter},
+                                   {"F:\\\U0001F305 sunset.jpg", kScale},
+                                   {}};
+    writeListFile(fs, entries, dir.file("new.wall"), {"", "G:\\Ελλάδα"});
+    const std::string written = dir.read("new.wall");
+    EXPECT_EQ(written.substr(0, 3), "C:\\") << "no byte order mark before the first path";
+    const auto back = readListFile(fs, ansi, dir.file("new.wall"), ListReader::Manager, kCenter);
+    EXPECT_EQ(listFileText(back.entries, back.trackedFolders), written);
+
+    dir.write("old.wall", "C:\\\xC9t\xE9 2024\\plage.jpg\t2\r\n#D:\\Fotos \x80\r\n");
+    const auto old = readListFile(fs, ansi, dir.file("old.wall"), ListReader::Manager, kCenter);
+    EXPECT_EQ(paths(old.entries), (std::vector<std::string>{"C:\\Été 2024\\plage.jpg", ""}));
+    EXPECT_EQ(old.trackedFolders, (TrackedFolders{"", "D:\\Fotos €"}));
 }
 
 TEST(ListFile, WritingSkipsTheLastSlotAndEmptyFoldersAndKeepsPathsUntrimmed) {

@@ -63,15 +63,16 @@ WallpaperEntries randomList(std::mt19937& gen, int n, int distinctPaths) {
 
 TEST(ListSort, ComparesBytesNotLocaleCollation) {
     // '_' (0x5F) comes after upper-case letters but before lower-case ones; lower-cased keys put it first.
-    // Bytes above 0x7F sort after ASCII.
-    WallpaperEntries e{{"\xE9t\xE9.jpg"}, {"Zed.jpg"}, {"_x.jpg"}, {"a.jpg"}, {"\xC9T\xC9.JPG"}, {}};
+    // Letters beyond ASCII fold too and sort after it, by code point.
+    WallpaperEntries e{{"\u00e9t\u00e9.jpg"}, {"\u0416.jpg"}, {"Zed.jpg"}, {"_x.jpg"}, {"a.jpg"}, {"\u00c9T\u00c9.JPG"}, {}};
     DefaultRandom random(3);
-    sortEntries(e, 0, 4, random);
+    sortEntries(e, 0, 5, random);
     std::vector<std::string> keys;
     for (const auto& entry : e) {
         keys.push_back(lowerCase(entry.path));
     }
-    EXPECT_EQ(keys, (std::vector<std::string>{"_x.jpg", "a.jpg", "zed.jpg", "\xE9t\xE9.jpg", "\xE9t\xE9.jpg", ""}));
+    EXPECT_EQ(keys, (std::vector<std::string>{"_x.jpg", "a.jpg", "zed.jpg", "\u00e9t\u00e9.jpg", "\u00e9t\u00e9.jpg",
+                                              "\u0436.jpg", ""}));
 }
 
 // Any range of a random list: sorted by key with whole entries moving, slots outside the range untouched,

@@ -39,7 +39,13 @@ class FakeManagerView : public ManagerView {
         dirHistory.push_back(path);
     }
     std::string dir1Highlighted() const override { return highlighted; }
-    std::vector<std::string> file1SelectedNames() const override { return selectedFiles; }
+    std::vector<DirEntry> file1SelectedFiles() const override {
+        std::vector<DirEntry> files;
+        for (const std::string& name : selectedFiles) {
+            files.push_back({name});
+        }
+        return files;
+    }
 
     Orientation addOrientation() const override { return addOrientation_; }
     void setAddOrientation(Orientation orientation) override { addOrientation_ = orientation; }

@@ -77,5 +77,26 @@ TEST_F(FolderAdd, SkipsDuplicatesAndSortsWhenAsked) {
     expectAligned();
 }
 
+// A name the platform gives with a character UTF-8 can't hold (here: bytes that are not UTF-8) is never
+// listed under the name it shows; the user is told of it once, at the end of the add or the drop.
+TEST_F(FolderAdd, NamesOfAnyScriptAreAddedAndOnesUtf8CantHoldAreToldOfOnce) {
+    files({"C:\\Été 2024\\plage.jpg", "C:\\Été 2024\\東京 夜景.jpg", "C:\\Été 2024\\Москва.bmp",
+           "C:\\Été 2024\\\U0001F305.jpeg", "C:\\Été 2024\\bad\xFF.jpg", "C:\\Été 2024\\Sub\xFE\\x.jpg"});
+    view.dir1 = view.highlighted = "C:\\Été 2024";
+    EXPECT_EQ(manager.addFolder(), 4);
+    EXPECT_THAT(list1.lines(), UnorderedElementsAre("C:\\Été 2024\\plage.jpg", "C:\\Été 2024\\東京 夜景.jpg",
+                                                    "C:\\Été 2024\\Москва.bmp", "C:\\Été 2024\\\U0001F305.jpeg"));
+    expectAligned();
+    ASSERT_EQ(ui.messages.size(), 1u);
+    EXPECT_NE(ui.messages[0].text.find("\r\nC:\\Été 2024\\Sub\uFFFD\r\nC:\\Été 2024\\bad\uFFFD.jpg\r\n"),
+              std::string::npos)
+        << ui.messages[0].text;
+
+    manager.dropFiles({"D:\\Ελλάδα.gif"}, {"D:\\x\uFFFD.jpg"});
+    EXPECT_EQ(list1.lines().back(), "D:\\Ελλάδα.gif");
+    ASSERT_EQ(ui.messages.size(), 2u);
+    EXPECT_NE(ui.messages[1].text.find("D:\\x\uFFFD.jpg"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tl::test

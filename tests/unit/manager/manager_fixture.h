@@ -11,6 +11,7 @@
 
 #include "app/app_state.h"
 #include "base/random.h"
+#include "base/text_file.h"
 #include "manager/fake_manager_view.h"
 #include "manager/list_manager.h"
 #include "support/fake_list_box.h"
@@ -72,6 +73,7 @@ class ManagerTest : public ::testing::Test {
 
     TempDir tmp;
     RootedFileSystem fs{tmp.path()};
+    Windows1252 ansi;
     FakeListBox list1;
     FakeUi ui;
     AppState app;
@@ -79,7 +81,7 @@ class ManagerTest : public ::testing::Test {
     FakeRemover remover;
     FakeManagerView view;
     int settingsSaves = 0;
-    ListManager manager{{view, list1, fs, ui, app, random, remover, [this] { ++settingsSaves; }}};
+    ListManager manager{{view, list1, fs, ansi, ui, app, random, remover, [this] { ++settingsSaves; }}};
 };
 
 }  // namespace tl::test
