@@ -7,6 +7,8 @@
 #include "app/settings.h"
 #include "app/startup.h"
 #include "base/unique_handle_win.h"
+#include "base/unrepresentable_names.h"
+#include "base/utf8_win.h"
 #include "base/window_win.h"
 #include "changer/main_form_win.h"
 #include "manager/manager_form_win.h"
@@ -19,16 +21,31 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
 
     Program& p = program();
     p.instance = instance;
-    p.app.programDir = executableDirectory();
+    std::string shownExe;
+    const std::optional<std::string> exe = executablePath(&shownExe);
+    if (!exe) {
+        // Its settings and lists live beside it: without a path to its folder it has nowhere to keep them.
+        reportUnrepresentableNames(p.ui, {shownExe});
+        return 1;
+    }
+    p.app.programDir = directoryOf(*exe);
     p.decimalSeparator = userDecimalSeparator();
 
+    // The command line as typed, in UTF-16: the ANSI one has '?' for whatever the code page lacks.
+    bool lost = false;
+    const std::string commandLine = argumentsFromCommandLine(narrow(::GetCommandLineW(), &lost));
     HandOver handOver = HandOver::Manager;
     try {
-        handOver = startUp(p.app, argumentsFromCommandLine(::GetCommandLineA()), p.settingsFile(), p.fs, p.ui,
+        // A list named with a character UTF-8 can't hold is not opened under another name: the program
+        // starts as if none was named, and says why.
+        handOver = startUp(p.app, lost ? std::string() : commandLine, p.settingsFile(), p.fs, p.ui,
                            p.decimalSeparator);
     } catch (const SettingsError& e) {
-        ::MessageBoxA(nullptr, e.userMessage().c_str(), "Tessaline", MB_OK | MB_ICONERROR);
+        p.ui.messageBox(e.userMessage(), "Tessaline", MB_OK | MB_ICONERROR);
         return 1;
+    }
+    if (lost) {
+        reportUnrepresentableNames(p.ui, {commandLine});
     }
 
     if (handOver == HandOver::MainForm) {

@@ -11,11 +11,13 @@ Program& program() {
     return instance;
 }
 
-Win32ProfileFile& Program::settingsFile() {
-    static std::unique_ptr<Win32ProfileFile> file;
+IniProfile& Program::settingsFile() {
+    static std::unique_ptr<IniProfile> file;
+    static std::string filePath;
     const std::string path = settingsPath(app);
-    if (!file || file->path() != path) {
-        file = std::make_unique<Win32ProfileFile>(fs, path);
+    if (!file || filePath != path) {
+        file = std::make_unique<IniProfile>(fs, ansi, path);
+        filePath = path;
     }
     return *file;
 }
@@ -43,19 +45,12 @@ bool anyFormLoaded() {
     return loadedForms > 0;
 }
 
-std::string executableDirectory() {
-    char path[MAX_PATH * 2] = {};
-    const DWORD n = ::GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string dir(path, n);
-    const auto slash = dir.find_last_of("\\/");
-    if (slash == std::string::npos) {
-        return ".";
+char userDecimalSeparator() {
+    wchar_t buf[8] = {};
+    if (::GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, buf, 8) > 0 && buf[0] > 0 && buf[0] < 0x80) {
+        return static_cast<char>(buf[0]);
     }
-    dir.resize(slash);
-    if (dir.size() == 2 && dir[1] == ':') {
-        dir += '\\';  // a drive root keeps its separator
-    }
-    return dir;
+    return '.';
 }
 
 }  // namespace tl

@@ -2,9 +2,12 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "app/app_state.h"
-#include "app/profile_win.h"
+#include "app/ini_profile.h"
 #include "base/file_system_win.h"
+#include "base/text_file_win.h"
 #include "base/ui_win.h"
 
 namespace tl {
@@ -13,12 +16,13 @@ namespace tl {
 struct Program {
     AppState app;
     Win32FileSystem fs;
+    Win32AnsiCodePage ansi;
     Win32Ui ui;
     char decimalSeparator = '.';
     HINSTANCE instance = nullptr;
 
     // setup.pref of the program directory.
-    Win32ProfileFile& settingsFile();
+    IniProfile& settingsFile();
     void saveSettings();
 };
 
@@ -30,7 +34,7 @@ void formLoaded();
 void formUnloaded();
 bool anyFormLoaded();
 
-// The directory of the running executable, without a trailing separator (a drive root keeps its "\").
-std::string executableDirectory();
+// The user's decimal separator (the first character of LOCALE_SDECIMAL, when it is ASCII).
+char userDecimalSeparator();
 
 }  // namespace tl

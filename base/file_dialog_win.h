@@ -9,8 +9,8 @@
 
 namespace tl {
 
-// The common Open and Save dialogs (GetOpenFileNameA, GetSaveFileNameA): the chosen full path, or
-// nullopt when the user cancels.
+// The common Open and Save dialogs (GetOpenFileNameW, GetSaveFileNameW): the chosen full path, or
+// nullopt when the user cancels (or chose a name UTF-8 can't hold, which the user is told about).
 std::optional<std::string> showOpenDialog(HWND owner, const FileDialogRequest& request);
 std::optional<std::string> showSaveDialog(HWND owner, const FileDialogRequest& request);
 

@@ -3,13 +3,15 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <vector>
 
 #include "base/unique_handle_win.h"
+#include "base/utf8_win.h"
 
 namespace tl {
 
 std::optional<std::string> Win32FileSystem::readFile(const std::string& path, size_t maxBytes) {
-    unique_hfile file(::CreateFileA(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+    unique_hfile file(::CreateFileW(widen(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                     nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!file) {
         return std::nullopt;
@@ -34,8 +36,8 @@ std::optional<std::string> Win32FileSystem::readFile(const std::string& path, si
 }
 
 bool Win32FileSystem::writeNewFile(const std::string& path, std::string_view contents) {
-    unique_hfile file(::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
-                                    nullptr));
+    unique_hfile file(::CreateFileW(widen(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file) {
         return false;
     }
@@ -52,31 +54,33 @@ bool Win32FileSystem::writeNewFile(const std::string& path, std::string_view con
 }
 
 bool Win32FileSystem::moveReplacing(const std::string& from, const std::string& to) {
-    const DWORD attributes = ::GetFileAttributesA(to.c_str());
+    const std::wstring target = widen(to);
+    const DWORD attributes = ::GetFileAttributesW(target.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY)) {
         // Windows refuses to replace a read-only file; make that hold on every system we run on.
         ::SetLastError(ERROR_ACCESS_DENIED);
         return false;
     }
-    return ::MoveFileExA(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    return ::MoveFileExW(widen(from).c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
 std::vector<DirEntry> Win32FileSystem::findFiles(const std::string& pattern) {
     std::vector<DirEntry> out;
-    WIN32_FIND_DATAA data{};
-    unique_hfind find(::FindFirstFileA(pattern.c_str(), &data));
+    // The W record holds a whole name; the A one's MAX_PATH bytes cut a name of another script short.
+    WIN32_FIND_DATAW data{};
+    unique_hfind find(::FindFirstFileW(widen(pattern).c_str(), &data));
     if (!find) {
         return out;
     }
     do {
         DirEntry e;
-        e.name = data.cFileName;
+        e.name = narrow(data.cFileName, &e.unrepresentable);
         e.isDirectory = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
         e.hidden = (data.dwFileAttributes & FILE_ATTRIBUTE_HIDDEN) != 0;
         e.system = (data.dwFileAttributes & FILE_ATTRIBUTE_SYSTEM) != 0;
         e.readOnly = (data.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0;
         out.push_back(std::move(e));
-    } while (::FindNextFileA(find.get(), &data));
+    } while (::FindNextFileW(find.get(), &data));
     return out;
 }
 
@@ -86,16 +90,16 @@ std::string generalDateText(const FILETIME& lastWrite) {
     if (!::FileTimeToLocalFileTime(&lastWrite, &local) || !::FileTimeToSystemTime(&local, &st)) {
         return {};
     }
-    char date[80] = {};
-    char time[80] = {};
-    ::GetDateFormatA(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &st, nullptr, date, sizeof date);
-    ::GetTimeFormatA(LOCALE_USER_DEFAULT, 0, &st, nullptr, time, sizeof time);
-    return std::string(date) + " " + time;
+    wchar_t date[80] = {};
+    wchar_t time[80] = {};
+    ::GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &st, nullptr, date, 80);
+    ::GetTimeFormatW(LOCALE_USER_DEFAULT, 0, &st, nullptr, time, 80);
+    return narrow(date) + " " + narrow(time);
 }
 
 std::optional<FileFacts> Win32FileSystem::facts(const std::string& path) {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    if (!::GetFileAttributesExA(path.c_str(), GetFileExInfoStandard, &data)) {
+    if (!::GetFileAttributesExW(widen(path).c_str(), GetFileExInfoStandard, &data)) {
         return std::nullopt;
     }
     FileFacts f;
@@ -107,11 +111,47 @@ std::optional<FileFacts> Win32FileSystem::facts(const std::string& path) {
 }
 
 bool Win32FileSystem::deleteFile(const std::string& path) {
-    return ::DeleteFileA(path.c_str()) != 0;
+    return ::DeleteFileW(widen(path).c_str()) != 0;
 }
 
 bool Win32FileSystem::copyFile(const std::string& from, const std::string& to) {
-    return ::CopyFileA(from.c_str(), to.c_str(), FALSE) != 0;
+    return ::CopyFileW(widen(from).c_str(), widen(to).c_str(), FALSE) != 0;
+}
+
+std::optional<std::string> executablePath(std::string* shown) {
+    // The path may be longer than MAX_PATH: the buffer grows until the whole of it fits.
+    std::vector<wchar_t> buffer(MAX_PATH);
+    for (;;) {
+        const DWORD n = ::GetModuleFileNameW(nullptr, buffer.data(), static_cast<DWORD>(buffer.size()));
+        if (n == 0) {
+            return std::nullopt;
+        }
+        if (n < buffer.size()) {
+            bool lost = false;
+            std::string path = narrow(std::wstring_view(buffer.data(), n), &lost);
+            if (shown) {
+                *shown = path;
+            }
+            return lost ? std::nullopt : std::optional<std::string>(std::move(path));
+        }
+        if (buffer.size() >= 32768) {
+            return std::nullopt;
+        }
+        buffer.resize(buffer.size() * 2);
+    }
+}
+
+std::string directoryOf(const std::string& path) {
+    std::string dir = path;
+    const auto slash = dir.find_last_of("\\/");
+    if (slash == std::string::npos) {
+        return ".";
+    }
+    dir.resize(slash);
+    if (dir.size() == 2 && dir[1] == ':') {
+        dir += '\\';  // a drive root keeps its separator
+    }
+    return dir;
 }
 
 }  // namespace tl

@@ -2,12 +2,12 @@
 
 #include <string>
 
+#include "base/utf8_win.h"
+
 namespace tl {
 
 int Win32Ui::messageBox(std::string_view text, std::string_view title, unsigned style) {
-    const std::string t(text);
-    const std::string c(title);
-    return ::MessageBoxA(owner_, t.c_str(), c.c_str(), style);
+    return ::MessageBoxW(owner_, widen(text).c_str(), widen(title).c_str(), style);
 }
 
 void Win32Ui::beep() {

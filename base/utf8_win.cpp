@@ -1,29 +1,21 @@
 #include "base/utf8_win.h"
 
-#include <windows.h>
+#include "base/utf8.h"
 
 namespace tl {
 
+// wchar_t is Windows' UTF-16 code unit; the copies to and from char16_t cost little beside the calls the
+// text goes to.
+static_assert(sizeof(wchar_t) == sizeof(char16_t));
+
 std::wstring widen(std::string_view utf8) {
-    if (utf8.empty()) {
-        return {};
-    }
-    const int size = static_cast<int>(utf8.size());
-    const int n = ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, nullptr, 0);
-    std::wstring out(static_cast<size_t>(n), L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), size, out.data(), n);
-    return out;
+    const std::u16string wide = utf8ToUtf16(utf8);
+    return std::wstring(wide.begin(), wide.end());
 }
 
-std::string narrow(std::wstring_view utf16) {
-    if (utf16.empty()) {
-        return {};
-    }
-    const int size = static_cast<int>(utf16.size());
-    const int n = ::WideCharToMultiByte(CP_UTF8, 0, utf16.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string out(static_cast<size_t>(n), '\0');
-    ::WideCharToMultiByte(CP_UTF8, 0, utf16.data(), size, out.data(), n, nullptr, nullptr);
-    return out;
+std::string narrow(std::wstring_view utf16, bool* unrepresentable) {
+    const std::u16string wide(utf16.begin(), utf16.end());
+    return utf16ToUtf8(wide, unrepresentable);
 }
 
 }  // namespace tl

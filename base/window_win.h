@@ -3,11 +3,14 @@
 #include <windows.h>
 
 #include <string>
+#include <string_view>
 
 #include "base/unique_handle_win.h"
 
 namespace tl {
 
+// Names of classes, captions and texts are UTF-8 here; the windows are W windows throughout.
+//
 // The small window base every window of the program derives from. The static procedure attaches the
 // object at WM_NCCREATE (from lpCreateParams), forwards every message to onMessage, and detaches at
 // WM_NCDESTROY. Exceptions never leave the procedure.
@@ -62,7 +65,12 @@ HWND createControl(HWND parent, const char* className, const char* text, DWORD s
 void addToolTip(HWND toolTips, HWND control, const char* text);
 HWND createToolTips(HWND owner);
 
+// A window's text, and setting it (UTF-8 both ways).
 std::string windowText(HWND hwnd);
+void setWindowText(HWND hwnd, std::string_view text);
+// An item of a list box (or combo box) and adding one at the end (or sorted in, by the box's style).
+std::string listItemText(HWND box, int index, bool comboBox = false);
+int addListItem(HWND box, std::string_view text, bool comboBox = false);
 
 // The message loop of the program: dispatches until WM_QUIT, giving dialogs-like windows their
 // keyboard navigation. Returns the WM_QUIT code.

@@ -15,6 +15,8 @@
 
 #include "app/app_state.h"
 #include "base/file_system_win.h"
+#include "base/text_file_win.h"
+#include "base/utf8_win.h"
 #include "base/random.h"
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
@@ -39,19 +41,19 @@ double msSince(Clock::time_point start) {
 class BenchHost : public MainFormHost {
   public:
     BenchHost() {
-        window_ = ::CreateWindowExA(0, "STATIC", "changer bench", WS_OVERLAPPEDWINDOW, 0, 0, 600, 500, nullptr, nullptr,
+        window_ = ::CreateWindowExW(0, L"STATIC", L"changer bench", WS_OVERLAPPEDWINDOW, 0, 0, 600, 500, nullptr, nullptr,
                                     nullptr, nullptr);
-        HWND list = ::CreateWindowExA(0, "LISTBOX", "", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY, 0, 0, 300, 200,
+        HWND list = ::CreateWindowExW(0, L"LISTBOX", L"", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY, 0, 0, 300, 200,
                                       window_, nullptr, nullptr, nullptr);
         list1_ = std::make_unique<Win32ListBox>(list);
-        panel.preview = ::CreateWindowExA(0, "STATIC", "", WS_CHILD | SS_BITMAP, 300, 0, 200, 150, window_, nullptr,
+        panel.preview = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_BITMAP, 300, 0, 200, 150, window_, nullptr,
                                           nullptr, nullptr);
         panel.previewDefaultWidth = 200;
         panel.previewDefaultHeight = 150;
-        panel.fsize = ::CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 200, 100, 20, window_, nullptr, nullptr, nullptr);
-        panel.fdate = ::CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 220, 100, 20, window_, nullptr, nullptr, nullptr);
+        panel.fsize = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 200, 100, 20, window_, nullptr, nullptr, nullptr);
+        panel.fdate = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 220, 100, 20, window_, nullptr, nullptr, nullptr);
         panel.dimensions =
-            ::CreateWindowExA(0, "STATIC", "", WS_CHILD, 0, 240, 100, 20, window_, nullptr, nullptr, nullptr);
+            ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 240, 100, 20, window_, nullptr, nullptr, nullptr);
         panel.keepPicture = true;
     }
     ~BenchHost() override { ::DestroyWindow(window_); }
@@ -195,6 +197,7 @@ struct BenchForm {
     }
     AppState app;
     Win32FileSystem fs;
+    Win32AnsiCodePage ansi;
     DefaultRandom random;
     BenchHost host;
     Phases phases;
@@ -204,7 +207,7 @@ struct BenchForm {
     TimedDesktop desktop{win32Desktop, phases};
     TimedPictures pictures{win32Pictures, phases};
     TimedTray tray{win32Tray, phases};
-    frmMain form{app, fs, random, host, desktop, pictures, tray};
+    frmMain form{app, fs, ansi, random, host, desktop, pictures, tray};
 };
 
 void report(const char* what, std::vector<double> ms) {
@@ -213,10 +216,10 @@ void report(const char* what, std::vector<double> ms) {
 }
 
 std::string temporaryFolder() {
-    char temp[MAX_PATH] = {};
-    ::GetTempPathA(MAX_PATH, temp);
-    std::string dir = std::string(temp) + "tl-changer-bench-" + std::to_string(::GetCurrentProcessId());
-    ::CreateDirectoryA(dir.c_str(), nullptr);
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH + 1, temp);
+    std::string dir = narrow(temp) + "tl-changer-bench-" + std::to_string(::GetCurrentProcessId());
+    ::CreateDirectoryW(widen(dir).c_str(), nullptr);
     return dir;
 }
 
@@ -301,8 +304,8 @@ int main(int argc, char** argv) {
             b.phases.tray / n);
         b.form.unload();
     }
-    ::DeleteFileA((dir + "\\tl_current.bmp").c_str());
-    ::DeleteFileA((dir + "\\bench.wall").c_str());
-    ::RemoveDirectoryA(dir.c_str());
+    ::DeleteFileW(widen(dir + "\\tl_current.bmp").c_str());
+    ::DeleteFileW(widen(dir + "\\bench.wall").c_str());
+    ::RemoveDirectoryW(widen(dir).c_str());
     return 0;
 }

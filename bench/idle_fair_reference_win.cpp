@@ -11,7 +11,7 @@
 #include <shellapi.h>
 
 #include <cstdio>
-#include <cstring>
+#include <cwchar>
 
 namespace {
 
@@ -22,7 +22,7 @@ LRESULT CALLBACK procedure(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
         ::PostQuitMessage(0);
         return 0;
     }
-    return ::DefWindowProcA(hwnd, msg, wParam, lParam);
+    return ::DefWindowProcW(hwnd, msg, wParam, lParam);
 }
 
 // Each call is one Tessaline makes at start-up or one that maps a DLL it imports, all harmless.
@@ -30,54 +30,54 @@ void makeUpLikeTessaline(HWND window) {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES | ICC_HOTKEY_CLASS};
     ::InitCommonControlsEx(&controls);
     (void)::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-    char exe[MAX_PATH] = {};
-    ::GetModuleFileNameA(nullptr, exe, MAX_PATH);
+    wchar_t exe[MAX_PATH] = {};
+    ::GetModuleFileNameW(nullptr, exe, MAX_PATH);
     DWORD ignored = 0;
-    (void)::GetFileVersionInfoSizeA(exe, &ignored);
+    (void)::GetFileVersionInfoSizeW(exe, &ignored);
     HKEY desktop = nullptr;
-    if (::RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\Desktop", 0, KEY_READ, &desktop) == ERROR_SUCCESS) {
+    if (::RegOpenKeyExW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", 0, KEY_READ, &desktop) == ERROR_SUCCESS) {
         ::RegCloseKey(desktop);
     }
 
-    NONCLIENTMETRICSA metrics{};
+    NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
-    ::SystemParametersInfoA(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
-    HFONT font = ::CreateFontIndirectA(&metrics.lfMessageFont);
-    HWND label = ::CreateWindowExA(0, "STATIC", "fair reference", WS_CHILD | WS_VISIBLE, 4, 4, 180, 20, window, nullptr,
-                                   ::GetModuleHandleA(nullptr), nullptr);
-    ::SendMessageA(label, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    HFONT font = ::CreateFontIndirectW(&metrics.lfMessageFont);
+    HWND label = ::CreateWindowExW(0, L"STATIC", L"fair reference", WS_CHILD | WS_VISIBLE, 4, 4, 180, 20, window, nullptr,
+                                   ::GetModuleHandleW(nullptr), nullptr);
+    ::SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 
-    NOTIFYICONDATAA icon{};
+    NOTIFYICONDATAW icon{};
     icon.cbSize = sizeof icon;
     icon.hWnd = window;
     icon.uID = 1;
     icon.uFlags = NIF_ICON | NIF_MESSAGE | NIF_TIP;
     icon.uCallbackMessage = kTrayMessage;
-    icon.hIcon = ::LoadIconA(nullptr, IDI_APPLICATION);
-    std::strcpy(icon.szTip, "fair reference");
-    ::Shell_NotifyIconA(NIM_ADD, &icon);
+    icon.hIcon = ::LoadIconW(nullptr, IDI_APPLICATION);
+    std::wcscpy(icon.szTip, L"fair reference");
+    ::Shell_NotifyIconW(NIM_ADD, &icon);
 
-    char comctl[MAX_PATH] = {};
-    ::GetModuleFileNameA(::GetModuleHandleA("comctl32.dll"), comctl, MAX_PATH);
-    std::printf("fair reference: comctl32 from %s\n", comctl);
+    wchar_t comctl[MAX_PATH] = {};
+    ::GetModuleFileNameW(::GetModuleHandleW(L"comctl32.dll"), comctl, MAX_PATH);
+    std::printf("fair reference: comctl32 from %ls\n", comctl);
     std::fflush(stdout);
 }
 
 }  // namespace
 
 int main() {
-    WNDCLASSA wc{};
+    WNDCLASSW wc{};
     wc.lpfnWndProc = &procedure;
-    wc.hInstance = ::GetModuleHandleA(nullptr);
-    wc.lpszClassName = "TessalineFairReference";
-    ::RegisterClassA(&wc);
-    HWND window = ::CreateWindowExA(0, wc.lpszClassName, "fair reference", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
+    wc.hInstance = ::GetModuleHandleW(nullptr);
+    wc.lpszClassName = L"TessalineFairReference";
+    ::RegisterClassW(&wc);
+    HWND window = ::CreateWindowExW(0, wc.lpszClassName, L"fair reference", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
                                     CW_USEDEFAULT, 200, 100, nullptr, nullptr, wc.hInstance, nullptr);
     makeUpLikeTessaline(window);
     MSG msg{};
-    while (::GetMessageA(&msg, nullptr, 0, 0) > 0) {
+    while (::GetMessageW(&msg, nullptr, 0, 0) > 0) {
         ::TranslateMessage(&msg);
-        ::DispatchMessageA(&msg);
+        ::DispatchMessageW(&msg);
     }
     return 0;
 }

@@ -11,6 +11,8 @@
 
 #include "app/app_state.h"
 #include "base/file_system_win.h"
+#include "base/text_file_win.h"
+#include "base/utf8_win.h"
 #include "base/random.h"
 #include "base/ui.h"
 #include "base/unique_handle_win.h"
@@ -27,10 +29,11 @@ int main(int argc, char** argv) {
     const int added = argc > 2 ? std::max(1, std::atoi(argv[2])) : 20000;
     const int rounds = argc > 3 ? std::max(1, std::atoi(argv[3])) : 3;
 
-    char temp[MAX_PATH] = {};
-    ::GetTempPathA(sizeof temp, temp);
-    const std::string listFile = std::string(temp) + "tl-manager-bench.wall";
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH + 1, temp);
+    const std::string listFile = narrow(temp) + "tl-manager-bench.wall";
     Win32FileSystem fs;
+    Win32AnsiCodePage ansi;
     {
         std::string text;
         for (int i = 0; i < listed; ++i) {
@@ -43,11 +46,11 @@ int main(int argc, char** argv) {
                 rounds);
     std::vector<double> load, add, sort;
     HWND lastBox = nullptr;
-    unique_hwnd host(::CreateWindowExA(0, "STATIC", "bench", WS_OVERLAPPEDWINDOW, 0, 0, 600, 400, nullptr, nullptr,
+    unique_hwnd host(::CreateWindowExW(0, L"STATIC", L"bench", WS_OVERLAPPEDWINDOW, 0, 0, 600, 400, nullptr, nullptr,
                                        nullptr, nullptr));
     for (int round = 0; round < rounds; ++round) {
         // Hidden while it fills, as List1 is during a folder or file add.
-        unique_hwnd box(::CreateWindowExA(0, "LISTBOX", "", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY | WS_VSCROLL, 0, 0,
+        unique_hwnd box(::CreateWindowExW(0, L"LISTBOX", L"", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY | WS_VSCROLL, 0, 0,
                                           500, 300, host.get(), nullptr, nullptr, nullptr));
         Win32ListBox list1(box.get());
         test::FakeManagerView view;
@@ -57,7 +60,7 @@ int main(int argc, char** argv) {
         AppState app;
         app.settings.CheckForDuplicates = true;
         app.listPath = listFile;
-        ListManager manager({view, list1, fs, ui, app, random, remover, [] {}});
+        ListManager manager({view, list1, fs, ansi, ui, app, random, remover, [] {}});
 
         auto start = Clock::now();
         manager.load(1024, 768);
@@ -92,8 +95,8 @@ int main(int argc, char** argv) {
     int hits = 0;
     for (int i = 0; i < sample; ++i) {
         const std::string probe = "E:\\Camera\\Import\\X" + addedName(i);
-        hits += ::SendMessageA(lastBox, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                               reinterpret_cast<LPARAM>(probe.c_str())) >= 0
+        hits += ::SendMessageW(lastBox, LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                               reinterpret_cast<LPARAM>(widen(probe).c_str())) >= 0
                     ? 1
                     : 0;
     }
@@ -101,6 +104,6 @@ int main(int argc, char** argv) {
     std::printf("%-44s %8.3f ms per file on %d lines (%d hits): about %.1f s for %d files as the list grows\n",
                 "LB_FINDSTRINGEXACT instead", perFile, listed + added, hits, perFile * added * 0.75 / 1000.0, added);
     ::DestroyWindow(lastBox);
-    ::DeleteFileA(listFile.c_str());
+    ::DeleteFileW(widen(listFile).c_str());
     return 0;
 }

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "base/utf8_win.h"
 #include "bench/timing.h"
 #include "lists/facts_panel_win.h"
 #include "lists/picture_win.h"
@@ -26,7 +27,7 @@ bool writeBmp(const tl::Picture& picture, const std::string& path) {
     file.bfType = 0x4D42;
     file.bfOffBits = sizeof file + sizeof info;
     file.bfSize = static_cast<DWORD>(file.bfOffBits + picture.imageSize());
-    tl::unique_hfile out(::CreateFileA(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    tl::unique_hfile out(::CreateFileW(tl::widen(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
     DWORD written = 0;
     return out && ::WriteFile(out.get(), &file, sizeof file, &written, nullptr) &&
            ::WriteFile(out.get(), &info, sizeof info, &written, nullptr) &&
@@ -46,9 +47,9 @@ int main(int argc, char** argv) {
     scoped_com_init com;
 
     std::vector<double> load, loadAndWrite, scale, panel;
-    char temp[MAX_PATH] = {};
-    ::GetTempPathA(MAX_PATH, temp);
-    const std::string bmpPath = std::string(temp) + "tl_bench_current.bmp";
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH + 1, temp);
+    const std::string bmpPath = tl::narrow(temp) + "tl_bench_current.bmp";
     int width = 0;
     int height = 0;
     for (int i = 0; i < rounds; ++i) {
@@ -74,14 +75,14 @@ int main(int argc, char** argv) {
         }
         loadAndWrite.push_back(msSince(start));
     }
-    ::DeleteFileA(bmpPath.c_str());
+    ::DeleteFileW(tl::widen(bmpPath).c_str());
 
-    HWND window = ::CreateWindowExA(0, "STATIC", "bench", WS_OVERLAPPEDWINDOW, 0, 0, 400, 400, nullptr, nullptr,
+    HWND window = ::CreateWindowExW(0, L"STATIC", L"bench", WS_OVERLAPPEDWINDOW, 0, 0, 400, 400, nullptr, nullptr,
                                     nullptr, nullptr);
     {
         FactsPanel facts;
         facts.preview =
-            ::CreateWindowExA(0, "STATIC", "", WS_CHILD | SS_BITMAP, 0, 0, 303, 257, window, nullptr, nullptr, nullptr);
+            ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_BITMAP, 0, 0, 303, 257, window, nullptr, nullptr, nullptr);
         facts.previewDefaultWidth = 303;
         facts.previewDefaultHeight = 257;
         facts.keepPicture = true;

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "app/resource_ids.h"
+#include "base/file_system_win.h"
+#include "base/utf8_win.h"
 #include "changer/small_dialog_win.h"
 #include "version.h"
 
@@ -24,31 +26,25 @@ std::string versionString(const std::vector<char>& record, const std::string& na
     };
     Translation* translations = nullptr;
     UINT length = 0;
-    std::vector<std::string> blocks;
-    if (::VerQueryValueA(record.data(), "\\VarFileInfo\\Translation", reinterpret_cast<void**>(&translations),
+    std::vector<std::wstring> blocks;
+    if (::VerQueryValueW(record.data(), L"\\VarFileInfo\\Translation", reinterpret_cast<void**>(&translations),
                          &length)) {
         for (UINT i = 0; i < length / sizeof(Translation); ++i) {
-            char block[16];
-            wsprintfA(block, "%04x%04x", translations[i].language, translations[i].codePage);
+            wchar_t block[16];
+            wsprintfW(block, L"%04x%04x", translations[i].language, translations[i].codePage);
             blocks.push_back(block);
         }
     }
-    blocks.push_back("040904b0");  // US English in Unicode, where a record carries no translation table
-    for (const std::string& block : blocks) {
-        char* text = nullptr;
+    blocks.push_back(L"040904b0");  // US English in Unicode, where a record carries no translation table
+    for (const std::wstring& block : blocks) {
+        wchar_t* text = nullptr;
         UINT size = 0;
-        const std::string path = "\\StringFileInfo\\" + block + "\\" + name;
-        if (::VerQueryValueA(record.data(), path.c_str(), reinterpret_cast<void**>(&text), &size) && text) {
-            return std::string(text, static_cast<size_t>(size > 0 ? ::lstrlenA(text) : 0));
+        const std::wstring path = L"\\StringFileInfo\\" + block + L"\\" + widen(name);
+        if (::VerQueryValueW(record.data(), path.c_str(), reinterpret_cast<void**>(&text), &size) && text) {
+            return size > 0 ? narrow(text) : std::string();
         }
     }
     return {};
-}
-
-std::string modulePath() {
-    char path[MAX_PATH * 2] = {};
-    const DWORD n = ::GetModuleFileNameA(nullptr, path, sizeof path);
-    return std::string(path, n);
 }
 
 class AboutWindow : public SmallDialog {
@@ -61,12 +57,12 @@ class AboutWindow : public SmallDialog {
         if (!createDialog(kAboutClass, "About", 340, 214, owner)) {
             return;
         }
-        const VersionFacts facts = readVersionFacts(modulePath());
+        const VersionFacts facts = readVersionFacts(executablePath().value_or(std::string()));
         const int iconSize = scaleForDpi(32, dpi());
-        icon_.reset(static_cast<HICON>(::LoadImageA(::GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDI_TESSALINE),
+        icon_.reset(static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_TESSALINE),
                                                     IMAGE_ICON, iconSize, iconSize, LR_DEFAULTCOLOR)));
         HWND picture = addControl("STATIC", "", SS_ICON | SS_CENTERIMAGE, 12, 14, 32, 32, 0);
-        ::SendMessageA(picture, STM_SETICON, reinterpret_cast<WPARAM>(icon_.get()), 0);
+        ::SendMessageW(picture, STM_SETICON, reinterpret_cast<WPARAM>(icon_.get()), 0);
         addControl("STATIC", "Version:", SS_LEFT, 66, 16, 48, 14, 0);
         addControl("STATIC", facts.version.c_str(), SS_LEFT | SS_NOPREFIX, 116, 16, 204, 14, 0);
         addControl("STATIC", facts.trademarks.c_str(), SS_LEFT | SS_NOPREFIX, 66, 32, 254, 14, 0);
@@ -82,7 +78,7 @@ class AboutWindow : public SmallDialog {
             addControl("BUTTON", "&Love your work, baby", BS_DEFPUSHBUTTON | WS_TABSTOP, 100, 178, 140, 25, IDOK);
         useFont(createPointFont("Tahoma", 8, dpi()));
         linkFont_ = underlinedCopy();
-        ::SendMessageA(link_, WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.get()), FALSE);
+        ::SendMessageW(link_, WM_SETFONT, reinterpret_cast<WPARAM>(linkFont_.get()), FALSE);
         setFocusControl(button);
         showInFront();
     }
@@ -91,7 +87,7 @@ class AboutWindow : public SmallDialog {
     void onCommand(int id, int notification, HWND) override {
         if (id == kLabel3 && notification == STN_CLICKED) {
             // The address opens in the user's browser; no window of a command shell comes up on the way.
-            ::ShellExecuteA(hwnd(), "open", TL_WEB_PAGE, nullptr, nullptr, SW_SHOWNORMAL);
+            ::ShellExecuteW(hwnd(), L"open", widen(TL_WEB_PAGE).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
         } else if (id == IDOK || id == IDCANCEL) {
             close();
         }
@@ -108,7 +104,7 @@ class AboutWindow : public SmallDialog {
             return 0;
         }
         if (msg == WM_SETCURSOR && reinterpret_cast<HWND>(wParam) == link_) {
-            ::SetCursor(::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_HAND)));
+            ::SetCursor(::LoadCursorW(nullptr, IDC_HAND));
             return TRUE;
         }
         return SmallDialog::onMessage(msg, wParam, lParam);
@@ -125,10 +121,10 @@ class AboutWindow : public SmallDialog {
     }
 
     unique_hfont underlinedCopy() {
-        LOGFONTA lf{};
-        ::GetObjectA(font(), sizeof lf, &lf);
+        LOGFONTW lf{};
+        ::GetObjectW(font(), sizeof lf, &lf);
         lf.lfUnderline = TRUE;
-        return unique_hfont(::CreateFontIndirectA(&lf));
+        return unique_hfont(::CreateFontIndirectW(&lf));
     }
 
     HWND link_ = nullptr;
@@ -143,17 +139,18 @@ std::unique_ptr<AboutWindow> aboutWindow;
 VersionFacts readVersionFacts(const std::string& path) {
     VersionFacts facts;
     DWORD ignored = 0;
-    const DWORD size = ::GetFileVersionInfoSizeA(path.c_str(), &ignored);
+    const std::wstring wide = widen(path);
+    const DWORD size = ::GetFileVersionInfoSizeW(wide.c_str(), &ignored);
     if (size == 0) {
         return facts;
     }
     std::vector<char> record(size);
-    if (!::GetFileVersionInfoA(path.c_str(), 0, size, record.data())) {
+    if (!::GetFileVersionInfoW(wide.c_str(), 0, size, record.data())) {
         return facts;
     }
     VS_FIXEDFILEINFO* fixed = nullptr;
     UINT length = 0;
-    if (::VerQueryValueA(record.data(), "\\", reinterpret_cast<void**>(&fixed), &length) && fixed &&
+    if (::VerQueryValueW(record.data(), L"\\", reinterpret_cast<void**>(&fixed), &length) && fixed &&
         length >= sizeof(VS_FIXEDFILEINFO)) {
         // The build numbers its releases major.minor.revision in the record's first three fields.
         facts.version = std::to_string(HIWORD(fixed->dwFileVersionMS)) + "." +

@@ -46,8 +46,8 @@ class DelayDialog : public SmallDialog {
 
   private:
     void showCurrentDelay() {
-        ::SetWindowTextA(txtDelay_, std::to_string(settings_.Delay).c_str());
-        ::SendMessageA(txtDelay_, EM_SETSEL, 0, -1);
+        setWindowText(txtDelay_, std::to_string(settings_.Delay));
+        ::SendMessageW(txtDelay_, EM_SETSEL, 0, -1);
         setFocusControl(txtDelay_);
     }
 

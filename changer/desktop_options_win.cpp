@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/unique_handle_win.h"
+#include "base/utf8_win.h"
 
 namespace tl {
 
@@ -19,11 +20,11 @@ ShellWindow fromHwnd(HWND hwnd) {
 }  // namespace
 
 ShellWindow Win32DesktopShell::findWindow(const char* className, const char* title) {
-    return fromHwnd(::FindWindowA(className, title));
+    return fromHwnd(::FindWindowW(className ? widen(className).c_str() : nullptr, title ? widen(title).c_str() : nullptr));
 }
 
 ShellWindow Win32DesktopShell::findChildWindow(ShellWindow parent, const char* className) {
-    return fromHwnd(::FindWindowExA(toHwnd(parent), nullptr, className, nullptr));
+    return fromHwnd(::FindWindowExW(toHwnd(parent), nullptr, className ? widen(className).c_str() : nullptr, nullptr));
 }
 
 ShellWindow Win32DesktopShell::firstChild(ShellWindow window) {
@@ -40,7 +41,7 @@ std::intptr_t Win32DesktopShell::sendMessage(ShellWindow window,
     // The desktop belongs to Explorer and this is sent every second: a hung Explorer must not hang the
     // tray program with it, so the wait is bounded.
     DWORD_PTR result = 0;
-    if (!::SendMessageTimeoutA(toHwnd(window), message, wParam, lParam, SMTO_ABORTIFHUNG | SMTO_NORMAL, 2000,
+    if (!::SendMessageTimeoutW(toHwnd(window), message, wParam, lParam, SMTO_ABORTIFHUNG | SMTO_NORMAL, 2000,
                                &result)) {
         return 0;
     }
@@ -66,28 +67,30 @@ void Win32DesktopShell::invalidateWindow(ShellWindow window) {
 bool Win32DesktopShell::isSomethingMaximised() {
     HWND front = ::GetForegroundWindow();
     // The title is read as it always was, though nothing looks at it.
-    char title[255] = {};
-    ::GetWindowTextA(front, title, sizeof title);
+    wchar_t title[255] = {};
+    ::GetWindowTextW(front, title, 255);
     return front && ::IsZoomed(front);
 }
 
 bool Win32DesktopSystem::systemParameter(unsigned action, unsigned param, unsigned flags) {
-    return ::SystemParametersInfoA(action, param, nullptr, flags) != FALSE;
+    return ::SystemParametersInfoW(action, param, nullptr, flags) != FALSE;
 }
 
 std::string Win32DesktopSystem::desktopValue(const char* name) {
     unique_hkey key;
-    if (::RegOpenKeyExA(HKEY_CURRENT_USER, "Control Panel\\Desktop", 0, KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS) {
+    if (::RegOpenKeyExW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", 0, KEY_QUERY_VALUE, key.put()) != ERROR_SUCCESS) {
         return {};
     }
+    const std::wstring valueName = widen(name);
     DWORD type = 0;
     DWORD size = 0;
-    if (::RegQueryValueExA(key.get(), name, nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
+    if (::RegQueryValueExW(key.get(), valueName.c_str(), nullptr, &type, nullptr, &size) != ERROR_SUCCESS) {
         return {};
     }
-    std::vector<char> data(size + 1, '\0');
-    if (::RegQueryValueExA(key.get(), name, nullptr, &type, reinterpret_cast<BYTE*>(data.data()), &size) !=
-        ERROR_SUCCESS) {
+    // Whole UTF-16 units and a NUL more, whatever size the value reports.
+    std::vector<wchar_t> data(size / sizeof(wchar_t) + 2, L'\0');
+    if (::RegQueryValueExW(key.get(), valueName.c_str(), nullptr, &type, reinterpret_cast<BYTE*>(data.data()),
+                           &size) != ERROR_SUCCESS) {
         return {};
     }
     if (type == REG_DWORD && size == sizeof(DWORD)) {
@@ -98,14 +101,14 @@ std::string Win32DesktopSystem::desktopValue(const char* name) {
     if (type != REG_SZ && type != REG_EXPAND_SZ) {
         return {};
     }
-    return std::string(data.data());  // up to its NUL, which a stored text need not carry
+    return narrow(data.data());  // up to its NUL, which a stored text need not carry
 }
 
 void Win32BusyPointer::show(bool busy) {
     if (busy) {
-        previous_ = ::SetCursor(::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)));
+        previous_ = ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
     } else {
-        ::SetCursor(previous_ ? previous_ : ::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW)));
+        ::SetCursor(previous_ ? previous_ : ::LoadCursorW(nullptr, IDC_ARROW));
         previous_ = nullptr;
     }
 }
@@ -127,7 +130,7 @@ void Win32DesktopOptions::load(UINT_PTR transTimerId) {
 }
 
 void Win32DesktopOptions::startScreenSaver() {
-    ::SendMessageA(mainWindow, WM_SYSCOMMAND, SC_SCREENSAVE, 0);
+    ::SendMessageW(mainWindow, WM_SYSCOMMAND, SC_SCREENSAVE, 0);
 }
 
 void Win32DesktopOptions::setCheckMarks(HMENU menu, const std::function<UINT(OptionItem)>& commandOf) const {

@@ -7,6 +7,7 @@
 // clang-format on
 
 #include "base/unique_handle_win.h"
+#include "base/utf8_win.h"
 
 namespace tl {
 
@@ -21,28 +22,18 @@ constexpr REGSAM kDesktopKeyAccess = 0x3F;
 
 bool writeValue(const char* subKey, const char* valueName, DWORD type, const BYTE* data, DWORD size) {
     unique_hkey key;
-    if (::RegOpenKeyExA(HKEY_CURRENT_USER, subKey, 0, kDesktopKeyAccess, key.put()) != ERROR_SUCCESS) {
+    if (::RegOpenKeyExW(HKEY_CURRENT_USER, widen(subKey).c_str(), 0, kDesktopKeyAccess, key.put()) != ERROR_SUCCESS) {
         return false;
     }
-    return ::RegSetValueExA(key.get(), valueName, 0, type, data, size) == ERROR_SUCCESS;
-}
-
-std::wstring widen(const std::string& text) {
-    const int n = ::MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, nullptr, 0);
-    std::wstring wide(static_cast<size_t>(n > 0 ? n : 1), L'\0');
-    if (n > 0) {
-        ::MultiByteToWideChar(CP_ACP, 0, text.c_str(), -1, wide.data(), n);
-    }
-    wide.resize(wide.size() - 1);
-    return wide;
+    return ::RegSetValueExW(key.get(), widen(valueName).c_str(), 0, type, data, size) == ERROR_SUCCESS;
 }
 
 }  // namespace
 
 bool setRegistryValue(const char* subKey, const char* valueName, std::string_view text) {
-    const std::string value(text);  // with its NUL, which the length counts
+    const std::wstring value = widen(text);  // with its NUL, which the length counts
     return writeValue(subKey, valueName, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
-                      static_cast<DWORD>(value.size() + 1));
+                      static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
 bool setRegistryValue(const char* subKey, const char* valueName, uint32_t value) {
@@ -84,7 +75,8 @@ void Win32Desktop::setDesktopValue(std::string_view valueName, std::string_view 
 
 void Win32Desktop::setDeskWallpaper(const std::string& path) {
     // Only the user's profile is updated; no change is broadcast to other programs.
-    ::SystemParametersInfoA(SPI_SETDESKWALLPAPER, 0, const_cast<char*>(path.c_str()), SPIF_UPDATEINIFILE);
+    std::wstring wide = widen(path);
+    ::SystemParametersInfoW(SPI_SETDESKWALLPAPER, 0, wide.data(), SPIF_UPDATEINIFILE);
 }
 
 void Win32Desktop::setActiveDesktopWallpaper(const std::string& path, int style, bool enableActiveDesktop) {

@@ -10,7 +10,8 @@
 
 namespace tl {
 
-// Writes one value under HKEY_CURRENT_USER\subKey, which must exist: REG_SZ with the text and its NUL.
+// Writes one value under HKEY_CURRENT_USER\subKey, which must exist: REG_SZ with the text (in UTF-16, as
+// the registry keeps text) and its NUL.
 // The key is opened, written and closed here; the result is the write's.
 bool setRegistryValue(const char* subKey, const char* valueName, std::string_view text);
 // The same for a REG_DWORD.

@@ -21,7 +21,7 @@ class InputBoxWindow : public SmallDialog {
         answer_ = addControl("EDIT", std::string(defaultText).c_str(), ES_AUTOHSCROLL | WS_TABSTOP | WS_GROUP, 10, 92,
                              340, 22, kAnswerId, WS_EX_CLIENTEDGE);
         useFont(createMessageFont(dpi()));
-        ::SendMessageA(answer_, EM_SETSEL, 0, -1);
+        ::SendMessageW(answer_, EM_SETSEL, 0, -1);
         setFocusControl(answer_);
         runModalDialog(owner);
         return result_;

@@ -11,7 +11,9 @@
 
 #include "app/program_win.h"
 #include "app/resource_ids.h"
+#include "base/folder_dialog_win.h"
 #include "base/random.h"
+#include "base/utf8_win.h"
 #include "base/window_win.h"
 #include "changer/about_window_win.h"
 #include "changer/commands.h"
@@ -128,7 +130,7 @@ class MainWindow : public Window, private MainFormHost {
     std::optional<std::string> browseForFolder(const std::string& title,
                                                const std::string& prompt,
                                                const std::string& start) override {
-        return browseForFolderFrom(hwnd(), title, prompt, start);
+        return tl::browseForFolder(hwnd(), title, prompt, start);
     }
     std::string currentDirectory() override;
     void applyIconTextOptions() override { options_->load(kTransTimerId); }
@@ -145,7 +147,7 @@ class MainWindow : public Window, private MainFormHost {
     ResolutionMenu resolutionMenu_{displayPlatform_, program().ui};
     Win32SwitchHotKey hotKey_;
     std::unique_ptr<frmMain> form_;
-    UINT taskbarCreated_ = ::RegisterWindowMessageA("TaskbarCreated");
+    UINT taskbarCreated_ = ::RegisterWindowMessageW(L"TaskbarCreated");
     bool timerRunning_ = false;
 
     // What Form_Resize last saw, so that each change reaches it once.
@@ -160,7 +162,7 @@ class MainWindow : public Window, private MainFormHost {
 
 void MainWindow::load() {
     Program& p = program();
-    registerClass(kMainClass, ::LoadIconA(p.instance, MAKEINTRESOURCEA(IDI_TESSALINE)));
+    registerClass(kMainClass, ::LoadIconW(p.instance, MAKEINTRESOURCEW(IDI_TESSALINE)));
     const SIZE size = panel_.windowSize(dpiOf(nullptr), false);
     lastShown_.reset();
     create(kMainClass, "Tessaline", WS_OVERLAPPEDWINDOW, 0, CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy);
@@ -170,7 +172,7 @@ void MainWindow::load() {
     formLoaded();
     // "Show panel..." opens it in the middle of the work area.
     RECT work{};
-    if (::SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0)) {
+    if (::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0)) {
         ::SetWindowPos(hwnd(), nullptr, work.left + (work.right - work.left - size.cx) / 2,
                        work.top + (work.bottom - work.top - size.cy) / 2, 0, 0,
                        SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -191,7 +193,7 @@ void MainWindow::load() {
             // The copy can't be read: it stays on disk, off the list.
         }
     });
-    form_ = std::make_unique<frmMain>(p.app, p.fs, sharedRandom(), static_cast<MainFormHost&>(*this), desktop_,
+    form_ = std::make_unique<frmMain>(p.app, p.fs, p.ansi, sharedRandom(), static_cast<MainFormHost&>(*this), desktop_,
                                       pictures_, *tray_);
     form_->onLoad();
 }
@@ -411,7 +413,7 @@ void MainWindow::popUpMenu(HMENU menu, std::optional<POINT> at) {
     // after it makes the second pop-up work as well.
     ::SetForegroundWindow(hwnd());
     ::TrackPopupMenuEx(menu, TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON, where.x, where.y, hwnd(), nullptr);
-    ::PostMessageA(hwnd(), WM_NULL, 0, 0);
+    ::PostMessageW(hwnd(), WM_NULL, 0, 0);
 }
 
 void MainWindow::popUpMenuAt(HMENU menu, RECT button) {
@@ -420,7 +422,7 @@ void MainWindow::popUpMenuAt(HMENU menu, RECT button) {
     // button where the system honours it (Wine does not).
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
-    ::GetMonitorInfoA(::MonitorFromRect(&button, MONITOR_DEFAULTTONEAREST), &monitor);
+    ::GetMonitorInfoW(::MonitorFromRect(&button, MONITOR_DEFAULTTONEAREST), &monitor);
     const bool upwards = button.top - monitor.rcWork.top > monitor.rcWork.bottom - button.bottom;
     TPMPARAMS keepClear{};
     keepClear.cbSize = sizeof keepClear;
@@ -429,7 +431,7 @@ void MainWindow::popUpMenuAt(HMENU menu, RECT button) {
     ::TrackPopupMenuEx(menu,
                        TPM_LEFTALIGN | TPM_VERTICAL | TPM_RIGHTBUTTON | (upwards ? TPM_BOTTOMALIGN : TPM_TOPALIGN),
                        button.left, upwards ? button.top : button.bottom, hwnd(), &keepClear);
-    ::PostMessageA(hwnd(), WM_NULL, 0, 0);
+    ::PostMessageW(hwnd(), WM_NULL, 0, 0);
 }
 
 void MainWindow::onWindowPosChanged() {
@@ -477,26 +479,30 @@ void MainWindow::onContextMenu(HWND from, LPARAM at) {
 
 void MainWindow::runDisplayProperties() {
     // The display control panel, in a normal window; a failure to start it is not reported.
-    char command[] = "rundll32.exe shell32.dll,Control_RunDLL desk.cpl";
-    STARTUPINFOA si{};
+    wchar_t command[] = L"rundll32.exe shell32.dll,Control_RunDLL desk.cpl";
+    STARTUPINFOW si{};
     si.cb = sizeof si;
     si.dwFlags = STARTF_USESHOWWINDOW;
     si.wShowWindow = SW_SHOWNORMAL;
     PROCESS_INFORMATION pi{};
-    if (::CreateProcessA(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
+    if (::CreateProcessW(nullptr, command, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &si, &pi)) {
         ::CloseHandle(pi.hThread);
         ::CloseHandle(pi.hProcess);
     }
 }
 
 void MainWindow::openWebPage() {
-    ::ShellExecuteA(hwnd(), "open", TL_WEB_PAGE, nullptr, nullptr, SW_SHOWNORMAL);
+    ::ShellExecuteW(hwnd(), L"open", widen(TL_WEB_PAGE).c_str(), nullptr, nullptr, SW_SHOWNORMAL);
 }
 
 std::string MainWindow::currentDirectory() {
-    char buffer[MAX_PATH] = {};
-    const DWORD n = ::GetCurrentDirectoryA(MAX_PATH, buffer);
-    return n > 0 && n < MAX_PATH ? std::string(buffer, n) : std::string();
+    // Asked for its length first: the folder may be deeper than MAX_PATH characters.
+    const DWORD length = ::GetCurrentDirectoryW(0, nullptr);
+    std::wstring buffer(length, L'\0');
+    const DWORD n = length > 0 ? ::GetCurrentDirectoryW(length, buffer.data()) : 0;
+    bool lost = false;
+    const std::string directory = n > 0 && n < length ? narrow(std::wstring_view(buffer.data(), n), &lost) : "";
+    return lost ? std::string() : directory;
 }
 
 void MainWindow::registerSwitchHotKey() {
@@ -508,18 +514,18 @@ void MainWindow::registerSwitchHotKey() {
 }
 
 void MainWindow::fillOrType() {
-    ::SendMessageA(panel_.orType(), CB_RESETCONTENT, 0, 0);
+    ::SendMessageW(panel_.orType(), CB_RESETCONTENT, 0, 0);
     for (Orientation code : {kCenter, kTile, kStretch, kScale}) {
-        ::SendMessageA(panel_.orType(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(orientationName(code)));
+        addListItem(panel_.orType(), orientationName(code), true);
     }
 }
 
 void MainWindow::setOrTypeIndex(int index) {
-    ::SendMessageA(panel_.orType(), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    ::SendMessageW(panel_.orType(), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
 int MainWindow::orTypeIndex() const {
-    return static_cast<int>(::SendMessageA(panel_.orType(), CB_GETCURSEL, 0, 0));
+    return static_cast<int>(::SendMessageW(panel_.orType(), CB_GETCURSEL, 0, 0));
 }
 
 void MainWindow::setMinuteTimer(bool enabled) {

@@ -1,5 +1,6 @@
 #include "changer/menus_win.h"
 
+#include "base/utf8_win.h"
 #include "changer/menu_state.h"
 
 namespace tl {
@@ -7,7 +8,8 @@ namespace tl {
 namespace {
 
 void appendItem(HMENU menu, const MenuItemDef& item, HMENU submenu) {
-    MENUITEMINFOA info{};
+    std::wstring caption = widen(item.caption);
+    MENUITEMINFOW info{};
     info.cbSize = sizeof info;
     info.fMask = MIIM_ID | MIIM_FTYPE;
     info.wID = static_cast<UINT>(item.id);
@@ -16,21 +18,22 @@ void appendItem(HMENU menu, const MenuItemDef& item, HMENU submenu) {
     } else {
         info.fType = MFT_STRING;
         info.fMask |= MIIM_STRING;
-        info.dwTypeData = const_cast<char*>(item.caption);
+        info.dwTypeData = caption.data();
     }
     if (submenu) {
         info.fMask |= MIIM_SUBMENU;
         info.hSubMenu = submenu;
     }
-    ::InsertMenuItemA(menu, static_cast<UINT>(::GetMenuItemCount(menu)), TRUE, &info);
+    ::InsertMenuItemW(menu, static_cast<UINT>(::GetMenuItemCount(menu)), TRUE, &info);
 }
 
 void setCaption(HMENU menu, int id, const std::string& caption) {
-    MENUITEMINFOA info{};
+    std::wstring wide = widen(caption);
+    MENUITEMINFOW info{};
     info.cbSize = sizeof info;
     info.fMask = MIIM_STRING;
-    info.dwTypeData = const_cast<char*>(caption.c_str());
-    ::SetMenuItemInfoA(menu, static_cast<UINT>(id), FALSE, &info);
+    info.dwTypeData = wide.data();
+    ::SetMenuItemInfoW(menu, static_cast<UINT>(id), FALSE, &info);
 }
 
 }  // namespace
@@ -87,8 +90,8 @@ void MainMenus::apply(const MenuState& state) {
             const ListMenuItem& item = state.listItems[k];
             const UINT flags =
                 UINT{MF_STRING} | (item.current ? UINT{MF_CHECKED | MF_GRAYED} : UINT{MF_UNCHECKED | MF_ENABLED});
-            ::AppendMenuA(lists, flags, static_cast<UINT_PTR>(mnuListItemFirst + static_cast<int>(k)),
-                          item.caption.c_str());
+            ::AppendMenuW(lists, flags, static_cast<UINT_PTR>(mnuListItemFirst + static_cast<int>(k)),
+                          widen(item.caption).c_str());
         }
     }
 }

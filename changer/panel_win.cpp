@@ -1,7 +1,5 @@
 #include "changer/panel_win.h"
 
-#include <shlobj.h>
-
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -36,15 +34,6 @@ constexpr ButtonDesign kButtons[] = {
 constexpr int kCaptionIds[] = {idLabel1, idLabel2, idLabel3};
 constexpr const char* kCaptions[] = {"Filesize:", "Date:", "Dimensions:"};
 constexpr int kValueIds[] = {idFsize, idFdate, idDimensions};
-
-int CALLBACK folderBrowseCallback(HWND dialog, UINT message, LPARAM, LPARAM data) {
-    if (message == BFFM_INITIALIZED) {
-        const auto* texts = reinterpret_cast<const std::pair<const std::string*, const std::string*>*>(data);
-        ::SetWindowTextA(dialog, texts->first->c_str());
-        ::SendMessageA(dialog, BFFM_SETSELECTIONA, TRUE, reinterpret_cast<LPARAM>(texts->second->c_str()));
-    }
-    return 0;
-}
 
 void place(HWND control, const LayoutRect& r, int extraHeight = 0) {
     ::MoveWindow(control, r.x, r.y, r.width, r.height + extraHeight, FALSE);
@@ -96,9 +85,9 @@ void MainPanel::setDpi(int dpi) {
     const int iconSize = panelIconSize(dpi);
     for (size_t i = 0; i < std::size(kButtons); ++i) {
         unique_hicon icon(
-            static_cast<HICON>(::LoadImageA(::GetModuleHandleA(nullptr), MAKEINTRESOURCEA(kButtons[i].icon), IMAGE_ICON,
+            static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kButtons[i].icon), IMAGE_ICON,
                                             iconSize, iconSize, LR_DEFAULTCOLOR)));
-        ::SendMessageA(control(kButtons[i].id), BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon.get()));
+        ::SendMessageW(control(kButtons[i].id), BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon.get()));
         icons_[i] = std::move(icon);  // the button only borrows it
     }
     list1_.fitExtent();
@@ -186,28 +175,6 @@ void MainPanel::factsHidden() {
             ::ShowWindow(h, SW_HIDE);
         }
     }
-}
-
-std::optional<std::string> browseForFolderFrom(HWND owner,
-                                               const std::string& title,
-                                               const std::string& prompt,
-                                               const std::string& start) {
-    scoped_com_init com;
-    const std::pair<const std::string*, const std::string*> texts{&title, &start};
-    char displayName[MAX_PATH] = {};
-    BROWSEINFOA info{};
-    info.hwndOwner = owner;
-    info.pszDisplayName = displayName;
-    info.lpszTitle = prompt.c_str();
-    info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
-    info.lpfn = &folderBrowseCallback;
-    info.lParam = reinterpret_cast<LPARAM>(&texts);
-    unique_cotaskmem chosen(::SHBrowseForFolderA(&info));
-    char path[MAX_PATH] = {};
-    if (!chosen || !::SHGetPathFromIDListA(static_cast<PCIDLIST_ABSOLUTE>(chosen.get()), path)) {
-        return std::nullopt;
-    }
-    return std::string(path);
 }
 
 }  // namespace tl

@@ -59,11 +59,4 @@ class MainPanel {
     std::array<unique_hicon, 5> icons_;
 };
 
-// A folder browse dialog over owner with a caption (title) and a prompt, opened at start; the chosen
-// folder, or nullopt when cancelled or when the choice has no file-system path.
-std::optional<std::string> browseForFolderFrom(HWND owner,
-                                               const std::string& title,
-                                               const std::string& prompt,
-                                               const std::string& start);
-
 }  // namespace tl

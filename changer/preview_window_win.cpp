@@ -70,8 +70,8 @@ class PreviewWindow : public Window {
 
   private:
     bool createWindow() {
-        HINSTANCE instance = ::GetModuleHandleA(nullptr);
-        registerClass(kPreviewClass, ::LoadIconA(instance, MAKEINTRESOURCEA(IDI_TESSALINE)), nullptr,
+        HINSTANCE instance = ::GetModuleHandleW(nullptr);
+        registerClass(kPreviewClass, ::LoadIconW(instance, MAKEINTRESOURCEW(IDI_TESSALINE)), nullptr,
                       CS_DBLCLKS | CS_HREDRAW | CS_VREDRAW);
         const int dpi = dpiOf(nullptr);
         if (!create(kPreviewClass, "Preview", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, CW_USEDEFAULT, CW_USEDEFAULT,
@@ -80,7 +80,7 @@ class PreviewWindow : public Window {
         }
         label_ = createControl(hwnd(), "STATIC", "LOADING...", SS_LEFT | SS_NOPREFIX, 8, 8, 120, 16, 0);
         labelFont_ = createPointFont("MS Sans Serif", 8, dpiOf(hwnd()));
-        ::SendMessageA(label_, WM_SETFONT, reinterpret_cast<WPARAM>(labelFont_.get()), FALSE);
+        ::SendMessageW(label_, WM_SETFONT, reinterpret_cast<WPARAM>(labelFont_.get()), FALSE);
         return true;
     }
 

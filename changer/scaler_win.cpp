@@ -4,6 +4,7 @@
 
 #include "base/file_system.h"
 #include "base/unique_handle_win.h"
+#include "base/utf8_win.h"
 #include "changer/apply_rules.h"
 #include "lists/picture_win.h"
 
@@ -29,8 +30,8 @@ bool writeBitmapFile(const Picture& picture, const std::string& path) {
     const std::string temp = temporarySibling(path);
     bool whole = false;
     {
-        unique_hfile out(
-            ::CreateFileA(temp.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+        unique_hfile out(::CreateFileW(widen(temp).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                       FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!out) {
             return false;
         }
@@ -40,8 +41,8 @@ bool writeBitmapFile(const Picture& picture, const std::string& path) {
                 ::WriteFile(out.get(), picture.bits(), static_cast<DWORD>(imageSize), &written, nullptr) &&
                 written == imageSize;
     }
-    if (!whole || !::MoveFileExA(temp.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-        ::DeleteFileA(temp.c_str());
+    if (!whole || !::MoveFileExW(widen(temp).c_str(), widen(path).c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        ::DeleteFileW(widen(temp).c_str());
         return false;
     }
     return true;
@@ -69,7 +70,7 @@ bool scaleImageFile(const std::string& sourcePath,
             return false;
         }
         unique_hbitmap loaded(
-            static_cast<HBITMAP>(::LoadImageA(nullptr, sourcePath.c_str(), IMAGE_BITMAP, loadScaled ? newWidth : 0,
+            static_cast<HBITMAP>(::LoadImageW(nullptr, widen(sourcePath).c_str(), IMAGE_BITMAP, loadScaled ? newWidth : 0,
                                               loadScaled ? newHeight : 0, LR_LOADFROMFILE)));
         if (!loaded) {
             return false;

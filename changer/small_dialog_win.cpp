@@ -32,7 +32,7 @@ bool SmallDialog::createDialog(const char* className,
     }
     MONITORINFO info{};
     info.cbSize = sizeof info;
-    ::GetMonitorInfoA(monitor, &info);
+    ::GetMonitorInfoW(monitor, &info);
     const RECT& work = info.rcWork;
     const int x = work.left + (work.right - work.left - width) / 2;
     const int y = work.top + (work.bottom - work.top - height) / 2;

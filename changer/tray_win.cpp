@@ -3,34 +3,38 @@
 #include <shellapi.h>
 
 #include <algorithm>
-#include <cstring>
+#include <cwchar>
 
 #include "app/resource_ids.h"
+#include "base/utf8_win.h"
 #include "changer/tray_rules.h"
 
 namespace tl {
 
 namespace {
 
-// The first version of NOTIFYICONDATAA: 88 bytes in a 32-bit program, 104 in a 64-bit one, where the
-// handles are 8 bytes wide. The size tells the shell which fields the record has.
-NOTIFYICONDATAA trayRecord(HWND form, HICON icon, std::string_view tip) {
-    NOTIFYICONDATAA nid{};
-    nid.cbSize = NOTIFYICONDATAA_V1_SIZE;
+// The first version of NOTIFYICONDATAW: 152 bytes in a 32-bit program, 168 in a 64-bit one, where the
+// handles are 8 bytes wide. The size tells the shell which fields the record has. Its tip holds 64 UTF-16
+// units: the A record's 64 bytes held a third of that in the letters of most scripts.
+NOTIFYICONDATAW trayRecord(HWND form, HICON icon, std::string_view tip) {
+    NOTIFYICONDATAW nid{};
+    nid.cbSize = NOTIFYICONDATAW_V1_SIZE;
     nid.hWnd = form;
     nid.uID = kTrayIconId;
     nid.uFlags = NIF_MESSAGE | NIF_ICON | NIF_TIP;
     nid.uCallbackMessage = kTrayCallbackMessage;
     nid.hIcon = icon;
-    const size_t n = std::min(tip.size(), kTrayTipLength);
-    std::memcpy(nid.szTip, tip.data(), n);
-    nid.szTip[n] = '\0';
+    // trayTip has cut the text to what the record holds; min() only guards the copy.
+    const std::wstring wide = widen(tip);
+    const size_t n = std::min(wide.size(), kTrayTipLength);
+    std::wmemcpy(nid.szTip, wide.data(), n);
+    nid.szTip[n] = L'\0';
     return nid;
 }
 
 unique_hicon loadTrayIcon(int id) {
     // The size the tray draws its icons at, so that the shell does not shrink a larger one.
-    return unique_hicon(static_cast<HICON>(::LoadImageA(::GetModuleHandleA(nullptr), MAKEINTRESOURCEA(id), IMAGE_ICON,
+    return unique_hicon(static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON,
                                                         ::GetSystemMetrics(SM_CXSMICON),
                                                         ::GetSystemMetrics(SM_CYSMICON), LR_DEFAULTCOLOR)));
 }
@@ -38,18 +42,18 @@ unique_hicon loadTrayIcon(int id) {
 }  // namespace
 
 bool addTrayIcon(HWND form, HICON icon, std::string_view tip) {
-    NOTIFYICONDATAA nid = trayRecord(form, icon, tip);
-    return ::Shell_NotifyIconA(NIM_ADD, &nid) != FALSE;
+    NOTIFYICONDATAW nid = trayRecord(form, icon, tip);
+    return ::Shell_NotifyIconW(NIM_ADD, &nid) != FALSE;
 }
 
 bool modifyTrayIcon(HICON icon, std::string_view tip, HWND form) {
-    NOTIFYICONDATAA nid = trayRecord(form, icon, tip);
-    return ::Shell_NotifyIconA(NIM_MODIFY, &nid) != FALSE;
+    NOTIFYICONDATAW nid = trayRecord(form, icon, tip);
+    return ::Shell_NotifyIconW(NIM_MODIFY, &nid) != FALSE;
 }
 
 bool removeTrayIcon(HWND form) {
-    NOTIFYICONDATAA nid = trayRecord(form, nullptr, "");
-    return ::Shell_NotifyIconA(NIM_DELETE, &nid) != FALSE;
+    NOTIFYICONDATAW nid = trayRecord(form, nullptr, "");
+    return ::Shell_NotifyIconW(NIM_DELETE, &nid) != FALSE;
 }
 
 Win32TrayIcon::Win32TrayIcon(HWND form)

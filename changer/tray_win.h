@@ -15,7 +15,7 @@ inline constexpr UINT kTrayCallbackMessage = WM_MOUSEMOVE;
 inline constexpr UINT kTrayIconId = 1;
 
 // The tray module: one icon per window, uID 1, in the first version of the record (icon, tip and callback
-// message; the tip at most 63 characters).
+// message; the tip at most 63 UTF-16 units).
 bool addTrayIcon(HWND form, HICON icon, std::string_view tip);
 bool modifyTrayIcon(HICON icon, std::string_view tip, HWND form);
 bool removeTrayIcon(HWND form);

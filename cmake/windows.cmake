@@ -7,7 +7,7 @@ enable_language(RC)
 # them at start unnoticed.
 set(TL_COMDLG32_DEF ${CMAKE_BINARY_DIR}/comdlg32-delay.def)
 set(TL_COMDLG32_DELAY ${CMAKE_BINARY_DIR}/libcomdlg32-delay.a)
-file(WRITE ${TL_COMDLG32_DEF} "LIBRARY comdlg32.dll\nEXPORTS\nCommDlgExtendedError\nGetOpenFileNameA\nGetSaveFileNameA\n")
+file(WRITE ${TL_COMDLG32_DEF} "LIBRARY comdlg32.dll\nEXPORTS\nCommDlgExtendedError\nGetOpenFileNameW\nGetSaveFileNameW\n")
 execute_process(COMMAND ${CMAKE_DLLTOOL} --input-def comdlg32-delay.def --dllname comdlg32.dll
                         --output-delaylib libcomdlg32-delay.a
                 WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
@@ -24,7 +24,9 @@ set(TL_STATIC -static -static-libgcc -static-libstdc++)
 # from its file as Windows does; with the usual 512-byte file alignment it reads the whole image into
 # private memory instead, about a megabyte of Tessaline's working set in the tray.
 set(TL_EXE_LINK ${TL_STATIC} -Wl,--file-alignment,4096)
-add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601 STRICT)
+# Text crosses to Windows as UTF-16 through the W functions (the program's own strings are UTF-8); with
+# UNICODE the headers' plain names are the W ones too.
+add_compile_definitions(WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601 WINVER=0x0601 STRICT UNICODE _UNICODE)
 target_link_options(tessaline_core PUBLIC ${TL_STATIC})
 
 list(FILTER TL_WIN EXCLUDE REGEX "/app/main_win\\.cpp$")

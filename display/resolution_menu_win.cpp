@@ -1,6 +1,7 @@
 #include "display/resolution_menu_win.h"
 
 #include "app/resource_ids.h"
+#include "base/utf8_win.h"
 #include "display/screen_resolution.h"
 
 namespace tl {
@@ -26,13 +27,13 @@ void ResolutionMenu::fill(HMENU submenu, HWND window) {
         const ResolutionMenuItem& item = items_[k];
         const auto id = static_cast<UINT_PTR>(IDM_RESOLUTION_FIRST + k);
         if (item.isSeparator()) {
-            ::AppendMenuA(submenu, MF_SEPARATOR, id, nullptr);
+            ::AppendMenuW(submenu, MF_SEPARATOR, id, nullptr);
             continue;
         }
         UINT flags = MF_STRING;
         flags |= item.checked ? UINT{MF_CHECKED} : UINT{MF_UNCHECKED};
         flags |= item.enabled ? UINT{MF_ENABLED} : UINT{MF_GRAYED};
-        ::AppendMenuA(submenu, flags, id, item.caption.c_str());
+        ::AppendMenuW(submenu, flags, id, widen(item.caption).c_str());
     }
 }
 

@@ -10,34 +10,34 @@ namespace tl {
 
 namespace {
 
-// The record size and the fields asked for, as the program always passed them. The record is larger
-// than DEVMODEA so that a system honouring the size never writes past it.
-constexpr WORD kRecordSize = 188;
+// The record size and the fields asked for. The buffer is larger than the record, so that a system that
+// writes a later version's fields never writes past it.
+constexpr WORD kRecordSize = sizeof(DEVMODEW);
 constexpr DWORD kFieldsAskedFor = DM_BITSPERPEL | DM_PELSWIDTH | DM_PELSHEIGHT;
 constexpr size_t kBufferSize = 512;
 
 }  // namespace
 
 std::optional<DisplayModeRecord> Win32DisplayPlatform::enumerateMode(uint32_t n) {
-    alignas(DEVMODEA) uint8_t buffer[kBufferSize] = {};
-    auto* mode = reinterpret_cast<DEVMODEA*>(buffer);
+    alignas(DEVMODEW) uint8_t buffer[kBufferSize] = {};
+    auto* mode = reinterpret_cast<DEVMODEW*>(buffer);
     mode->dmSize = kRecordSize;
     mode->dmFields = kFieldsAskedFor;
-    if (!::EnumDisplaySettingsA(nullptr, n, mode)) {
+    if (!::EnumDisplaySettingsW(nullptr, n, mode)) {
         return std::nullopt;
     }
     DisplayModeRecord record;
     record.width = mode->dmPelsWidth;
     record.height = mode->dmPelsHeight;
     record.bitsPerPixel = mode->dmBitsPerPel;
-    record.platformRecord.assign(buffer, buffer + sizeof(DEVMODEA));
+    record.platformRecord.assign(buffer, buffer + sizeof(DEVMODEW));
     return record;
 }
 
 long Win32DisplayPlatform::changeSettings(const DisplayModeRecord& mode, uint32_t flags) {
-    alignas(DEVMODEA) uint8_t buffer[kBufferSize] = {};
+    alignas(DEVMODEW) uint8_t buffer[kBufferSize] = {};
     std::memcpy(buffer, mode.platformRecord.data(), std::min(mode.platformRecord.size(), sizeof buffer));
-    return ::ChangeDisplaySettingsA(reinterpret_cast<DEVMODEA*>(buffer), flags);
+    return ::ChangeDisplaySettingsW(reinterpret_cast<DEVMODEW*>(buffer), flags);
 }
 
 std::optional<int32_t> Win32DisplayPlatform::deviceCaps(WindowHandle window, int index) {
@@ -49,7 +49,7 @@ std::optional<int32_t> Win32DisplayPlatform::deviceCaps(WindowHandle window, int
 }
 
 void Win32DisplayPlatform::broadcastDisplayChange(uintptr_t wParam, intptr_t lParam) {
-    ::SendMessageA(HWND_BROADCAST, WM_DISPLAYCHANGE, wParam, lParam);
+    ::SendMessageW(HWND_BROADCAST, WM_DISPLAYCHANGE, wParam, lParam);
 }
 
 bool Win32DisplayPlatform::exitWindows(uint32_t flags, uint32_t reason) {
@@ -59,7 +59,7 @@ bool Win32DisplayPlatform::exitWindows(uint32_t flags, uint32_t reason) {
         TOKEN_PRIVILEGES privileges{};
         privileges.PrivilegeCount = 1;
         privileges.Privileges[0].Attributes = SE_PRIVILEGE_ENABLED;
-        if (::LookupPrivilegeValueA(nullptr, SE_SHUTDOWN_NAME, &privileges.Privileges[0].Luid)) {
+        if (::LookupPrivilegeValueW(nullptr, SE_SHUTDOWN_NAME, &privileges.Privileges[0].Luid)) {
             ::AdjustTokenPrivileges(owned.get(), FALSE, &privileges, 0, nullptr, nullptr);
         }
     }

@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "base/utf8_win.h"
 #include "hotkey/reg_hot_key_win.h"
 
 namespace tl {
@@ -52,8 +53,8 @@ void HotKeyControl::createField() {
     }
     RECT client{};
     ::GetClientRect(hwnd(), &client);
-    host_.child = ::CreateWindowExA(0, HOTKEY_CLASSA, "", WS_CHILD | WS_VISIBLE, 0, 0, client.right, client.bottom,
-                                    hwnd(), nullptr, ::GetModuleHandleA(nullptr), nullptr);
+    host_.child = ::CreateWindowExW(0, HOTKEY_CLASSW, L"", WS_CHILD | WS_VISIBLE, 0, 0, client.right, client.bottom,
+                                    hwnd(), nullptr, ::GetModuleHandleW(nullptr), nullptr);
     if (host_.child) {
         ::SetFocus(host_.child);
     }
@@ -93,14 +94,14 @@ void HotKeyControl::onSetFocus() {
 
 std::intptr_t HotKeyControl::Host::sendToChild(uint32_t msg, std::uintptr_t wParam, std::intptr_t lParam) {
     // A field that was never made reads 0, as a message to no window does.
-    return child ? ::SendMessageA(child, msg, wParam, lParam) : 0;
+    return child ? ::SendMessageW(child, msg, wParam, lParam) : 0;
 }
 
 std::intptr_t HotKeyControl::Host::sendTo(HotKeyWindow window,
                                           uint32_t msg,
                                           std::uintptr_t wParam,
                                           std::intptr_t lParam) {
-    return ::SendMessageA(reinterpret_cast<HWND>(window), msg, wParam, lParam);
+    return ::SendMessageW(reinterpret_cast<HWND>(window), msg, wParam, lParam);
 }
 
 int HotKeyControl::Host::logPixelsY() {
@@ -109,14 +110,14 @@ int HotKeyControl::Host::logPixelsY() {
 }
 
 FontHandle HotKeyControl::Host::createFont(const LogicalFont& font) {
-    LOGFONTA lf{};
+    LOGFONTW lf{};
     lf.lfHeight = font.height;
     lf.lfWeight = font.weight;
     lf.lfItalic = font.italic ? 1 : 0;
     lf.lfUnderline = font.underline ? 1 : 0;
     lf.lfStrikeOut = font.strikeOut ? 1 : 0;
-    lstrcpynA(lf.lfFaceName, font.faceName.c_str(), LF_FACESIZE);
-    return reinterpret_cast<FontHandle>(::CreateFontIndirectA(&lf));
+    lstrcpynW(lf.lfFaceName, widen(font.faceName).c_str(), LF_FACESIZE);
+    return reinterpret_cast<FontHandle>(::CreateFontIndirectW(&lf));
 }
 
 void HotKeyControl::Host::deleteFont(FontHandle font) {

@@ -24,7 +24,7 @@ class HotkeyForm : public Window {
   public:
     // Builds the dialog and runs it until it is unloaded.
     bool run(HWND owner) {
-        registerClass(kFormClass, ::LoadIconA(::GetModuleHandleA(nullptr), MAKEINTRESOURCEA(IDI_TESSALINE)));
+        registerClass(kFormClass, ::LoadIconW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDI_TESSALINE)));
         const DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
         const DWORD exStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
         create(kFormClass, "Hot key", style, exStyle, CW_USEDEFAULT, CW_USEDEFAULT, 0, 0, owner);
@@ -85,7 +85,7 @@ class HotkeyForm : public Window {
         // The field keeps its own font; every other text is in the form's.
         for (HWND child = ::GetWindow(hwnd(), GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
             if (child != hk_.hwnd()) {
-                ::SendMessageA(child, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
+                ::SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font_.get()), TRUE);
             }
         }
         toolTips_.reset(createToolTips(hwnd()));
@@ -101,7 +101,7 @@ class HotkeyForm : public Window {
         const int height = frame.bottom - frame.top;
         RECT area{};
         if (!owner || !::IsWindowVisible(owner) || !::GetWindowRect(owner, &area)) {
-            ::SystemParametersInfoA(SPI_GETWORKAREA, 0, &area, 0);
+            ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
         }
         const int x = area.left + ((area.right - area.left) - width) / 2;
         const int y = area.top + ((area.bottom - area.top) - height) / 2;

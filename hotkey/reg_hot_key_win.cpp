@@ -4,6 +4,9 @@
 
 #include <exception>
 
+#include "base/file_system_win.h"
+#include "base/utf8_win.h"
+
 namespace tl {
 
 namespace {
@@ -34,7 +37,7 @@ LRESULT CALLBACK routeHotKey(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam, 
 }  // namespace
 
 uint16_t Win32HotKeyPlatform::globalAddAtom(const std::string& name) {
-    return ::GlobalAddAtomA(name.c_str());
+    return ::GlobalAddAtomW(widen(name).c_str());
 }
 
 void Win32HotKeyPlatform::globalDeleteAtom(uint16_t atom) {
@@ -54,10 +57,10 @@ uint32_t Win32HotKeyPlatform::lastError() {
 }
 
 std::string Win32HotKeyPlatform::systemErrorText(uint32_t code) {
-    char buffer[256] = {};
-    const DWORD n = ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
-                                     buffer, sizeof buffer, nullptr);
-    return n > 0 ? std::string(buffer, n) : std::string();
+    wchar_t buffer[256] = {};
+    const DWORD n = ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code, 0,
+                                     buffer, 256, nullptr);
+    return n > 0 ? narrow(std::wstring_view(buffer, n)) : std::string();
 }
 
 uint32_t Win32HotKeyPlatform::tickCount() {
@@ -69,9 +72,7 @@ std::string Win32HotKeyPlatform::executableName() {
 }
 
 std::string executableBaseName() {
-    char path[MAX_PATH * 2] = {};
-    const DWORD n = ::GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string name(path, n);
+    std::string name = executablePath().value_or(std::string());
     const auto slash = name.find_last_of("\\/");
     if (slash != std::string::npos) {
         name.erase(0, slash + 1);
@@ -105,7 +106,7 @@ bool Win32HotKeyPlatform::isIconic(HotKeyWindow window) {
 }
 
 void Win32HotKeyPlatform::sendMessage(HotKeyWindow window, uint32_t msg, std::uintptr_t wParam, std::intptr_t lParam) {
-    ::SendMessageA(toHwnd(window), msg, wParam, lParam);
+    ::SendMessageW(toHwnd(window), msg, wParam, lParam);
 }
 
 void Win32HotKeyPlatform::setForegroundWindow(HotKeyWindow window) {

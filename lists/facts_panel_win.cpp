@@ -3,13 +3,14 @@
 #include <algorithm>
 
 #include "base/file_system_win.h"
+#include "base/window_win.h"
 #include "lists/image_facts.h"
 
 namespace tl {
 
 FactsPanel::~FactsPanel() {
     if (preview && ::IsWindow(preview)) {
-        ::SendMessageA(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
+        ::SendMessageW(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
     }
 }
 
@@ -22,7 +23,7 @@ Picture FactsPanel::takePicture() {
 void FactsPanel::clearPreview() {
     if (preview) {
         ::ShowWindow(preview, SW_HIDE);
-        ::SendMessageA(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
+        ::SendMessageW(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
     }
     previewBitmap_.reset();
 }
@@ -30,10 +31,10 @@ void FactsPanel::clearPreview() {
 void FactsPanel::showPreview(Picture scaled, int width, int height) {
     unique_hbitmap bitmap = scaled.releaseBitmap();
     const auto handle = reinterpret_cast<LPARAM>(bitmap.get());
-    ::SendMessageA(preview, STM_SETIMAGE, IMAGE_BITMAP, handle);
+    ::SendMessageW(preview, STM_SETIMAGE, IMAGE_BITMAP, handle);
     // A static control of common controls 6 may keep a copy of its own instead; then the copy is the one
     // to free later, and ours can go now.
-    const auto shown = reinterpret_cast<HBITMAP>(::SendMessageA(preview, STM_GETIMAGE, IMAGE_BITMAP, 0));
+    const auto shown = reinterpret_cast<HBITMAP>(::SendMessageW(preview, STM_GETIMAGE, IMAGE_BITMAP, 0));
     if (shown && shown != bitmap.get()) {
         bitmap.reset(shown);
     }
@@ -88,18 +89,18 @@ bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
     }
 
     if (panel.fdate) {
-        ::SetWindowTextA(panel.fdate, dateText(facts->modified).c_str());
+        setWindowText(panel.fdate, dateText(facts->modified));
     }
     if (needSize) {
         entry.size = static_cast<double>(facts->size);
     }
     if (panel.fsize) {
-        ::SetWindowTextA(panel.fsize, sizeText(entry.size).c_str());
+        setWindowText(panel.fsize, sizeText(entry.size));
     }
     if (panel.dimensions) {
-        ::SetWindowTextA(panel.dimensions, dimensionsText(width, height).c_str());
+        setWindowText(panel.dimensions, dimensionsText(width, height));
     }
-    if (panel.prevFrame && (::GetWindowLongA(panel.prevFrame, GWL_STYLE) & WS_VISIBLE) == 0) {
+    if (panel.prevFrame && (::GetWindowLongW(panel.prevFrame, GWL_STYLE) & WS_VISIBLE) == 0) {
         ::ShowWindow(panel.prevFrame, SW_SHOW);
     }
     if (panel.keepPicture) {

@@ -4,6 +4,8 @@
 #include <string>
 
 #include "base/unique_handle_win.h"
+#include "base/utf8_win.h"
+#include "base/window_win.h"
 
 namespace tl {
 
@@ -16,7 +18,7 @@ WPARAM asWParam(int i) {
 }  // namespace
 
 bool Win32ListBox::multiSelect() const {
-    return (::GetWindowLongA(hwnd_, GWL_STYLE) & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL)) != 0;
+    return (::GetWindowLongW(hwnd_, GWL_STYLE) & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL)) != 0;
 }
 
 int Win32ListBox::count() const {
@@ -25,14 +27,7 @@ int Win32ListBox::count() const {
 }
 
 std::string Win32ListBox::text(int index) const {
-    const auto length = static_cast<int>(send(LB_GETTEXTLEN, asWParam(index)));
-    if (length < 0) {
-        return {};
-    }
-    std::string out(static_cast<size_t>(length) + 1, '\0');
-    const auto got = static_cast<int>(send(LB_GETTEXT, asWParam(index), reinterpret_cast<LPARAM>(out.data())));
-    out.resize(got < 0 ? 0 : static_cast<size_t>(got));
-    return out;
+    return hwnd_ ? listItemText(hwnd_, index) : std::string();
 }
 
 void Win32ListBox::clear() {
@@ -44,11 +39,11 @@ void Win32ListBox::clear() {
 }
 
 void Win32ListBox::add(std::string_view text) {
-    const std::string z(text);
-    send(LB_INSERTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(z.c_str()));
+    const std::wstring wide = widen(text);
+    send(LB_INSERTSTRING, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(wide.c_str()));
     if (fitExtent_ && hwnd_) {
         unique_window_dc dc(hwnd_);
-        const int width = lineWidth(dc.get(), z);
+        const int width = lineWidth(dc.get(), wide);
         if (width > extent_) {
             extent_ = width;
             send(LB_SETHORIZONTALEXTENT, asWParam(extent_));
@@ -63,14 +58,14 @@ void Win32ListBox::remove(int index) {
     }
 }
 
-int Win32ListBox::lineWidth(HDC dc, std::string_view line) const {
+int Win32ListBox::lineWidth(HDC dc, std::wstring_view line) const {
     if (!dc) {
         return 0;
     }
     const auto font = reinterpret_cast<HFONT>(send(WM_GETFONT));
     scoped_select_object selected(dc, font ? static_cast<HGDIOBJ>(font) : ::GetStockObject(DEFAULT_GUI_FONT));
     SIZE size{};
-    if (!::GetTextExtentPoint32A(dc, line.data(), static_cast<int>(line.size()), &size)) {
+    if (!::GetTextExtentPoint32W(dc, line.data(), static_cast<int>(line.size()), &size)) {
         return 0;
     }
     return static_cast<int>(size.cx) + 8;  // a few pixels for the item's margins
@@ -84,7 +79,7 @@ void Win32ListBox::fitExtent() {
     int widest = 0;
     const int n = count();
     for (int i = 0; i < n; ++i) {
-        widest = std::max(widest, lineWidth(dc.get(), text(i)));
+        widest = std::max(widest, lineWidth(dc.get(), widen(text(i))));
     }
     extent_ = widest;
     send(LB_SETHORIZONTALEXTENT, asWParam(extent_));
@@ -135,9 +130,9 @@ int Win32ListBox::selectedCount() const {
 }
 
 int Win32ListBox::findExact(std::string_view text, int startAfter) const {
-    const std::string z(text);
+    const std::wstring wide = widen(text);
     const auto found =
-        static_cast<int>(send(LB_FINDSTRINGEXACT, asWParam(startAfter), reinterpret_cast<LPARAM>(z.c_str())));
+        static_cast<int>(send(LB_FINDSTRINGEXACT, asWParam(startAfter), reinterpret_cast<LPARAM>(wide.c_str())));
     return found < 0 ? -1 : found;
 }
 

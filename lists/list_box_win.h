@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string_view>
+
 #include "lists/list_box.h"
 
 namespace tl {
@@ -36,9 +38,9 @@ class Win32ListBox : public ListBoxView {
 
   private:
     LRESULT send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const {
-        return hwnd_ ? ::SendMessageA(hwnd_, message, wParam, lParam) : LB_ERR;
+        return hwnd_ ? ::SendMessageW(hwnd_, message, wParam, lParam) : LB_ERR;
     }
-    int lineWidth(HDC dc, std::string_view line) const;
+    int lineWidth(HDC dc, std::wstring_view line) const;
 
     HWND hwnd_ = nullptr;
     bool fitExtent_ = false;

@@ -2,6 +2,7 @@
 
 #include "base/page_memory.h"
 #include "base/picture_limits.h"
+#include "base/utf8_win.h"
 #include "jpeg/decoder.h"
 #include "lists/picture_scale.h"
 
@@ -17,16 +18,6 @@
 namespace tl {
 
 namespace {
-
-std::wstring widePath(const std::string& path) {
-    if (path.empty()) {
-        return {};
-    }
-    const int n = ::MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n), L'\0');
-    ::MultiByteToWideChar(CP_ACP, 0, path.data(), static_cast<int>(path.size()), out.data(), n);
-    return out;
-}
 
 BITMAPINFOHEADER dibHeader(int width, int height) {
     BITMAPINFOHEADER h{};
@@ -153,7 +144,7 @@ unique_hbitmap Picture::releaseBitmap() {
 }
 
 std::optional<Picture> loadPicture(const std::string& path) {
-    const std::wstring wide = widePath(path);
+    const std::wstring wide = widen(path);
     JpegLoad jpeg = loadJpeg(wide);
     if (jpeg.picture || jpeg.refused) {
         return std::move(jpeg.picture);

@@ -26,8 +26,8 @@ class FileBrowser {
     const std::string& path() const { return path_; }
     // The folder highlighted in Dir1 (the open one when none is).
     std::string highlighted() const;
-    // File1's selected names, in list order, and the name under its caret (the one last clicked).
-    std::vector<std::string> selectedFiles() const;
+    // File1's selected files, in list order, and the name under its caret (the one last clicked).
+    std::vector<DirEntry> selectedFiles() const;
     std::string caretFile() const;
 
     // Notifications of the controls.
@@ -46,6 +46,7 @@ class FileBrowser {
     HWND fileCount_ = nullptr;
     std::string path_;
     std::vector<FolderLine> folders_;
+    std::vector<DirEntry> files_;  // File1's lines
     std::vector<std::string> drives_;  // "C:\" and so on, in Drive1's order
 };
 

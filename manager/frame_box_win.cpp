@@ -2,16 +2,17 @@
 
 #include <string>
 
+#include "base/utf8_win.h"
 #include "base/window_win.h"
 
 namespace tl {
 
 namespace {
 
-constexpr const char* kFrameClass = "TessalineFrame";
+constexpr const wchar_t* kFrameClass = L"TessalineFrame";
 
 HFONT frameFont(HWND hwnd) {
-    return reinterpret_cast<HFONT>(::GetWindowLongPtrA(hwnd, GWLP_USERDATA));
+    return reinterpret_cast<HFONT>(::GetWindowLongPtrW(hwnd, GWLP_USERDATA));
 }
 
 // An etched border with the caption set into its top edge, as a group box draws itself.
@@ -23,21 +24,21 @@ void paintFrame(HWND hwnd) {
     ::FillRect(dc, &client, ::GetSysColorBrush(COLOR_BTNFACE));
     HFONT font = frameFont(hwnd) ? frameFont(hwnd) : static_cast<HFONT>(::GetStockObject(DEFAULT_GUI_FONT));
     scoped_select_object selected(dc, font);
-    TEXTMETRICA metrics{};
-    ::GetTextMetricsA(dc, &metrics);
+    TEXTMETRICW metrics{};
+    ::GetTextMetricsW(dc, &metrics);
     RECT border = client;
     border.top += metrics.tmHeight / 2;
     ::DrawEdge(dc, &border, EDGE_ETCHED, BF_RECT);
-    const std::string caption = windowText(hwnd);
+    const std::wstring caption = widen(windowText(hwnd));
     if (!caption.empty()) {
         SIZE extent{};
-        ::GetTextExtentPoint32A(dc, caption.c_str(), static_cast<int>(caption.size()), &extent);
+        ::GetTextExtentPoint32W(dc, caption.c_str(), static_cast<int>(caption.size()), &extent);
         const int inset = metrics.tmAveCharWidth;
         RECT text{client.left + inset, client.top, client.left + inset + extent.cx + 4, client.top + metrics.tmHeight};
         ::FillRect(dc, &text, ::GetSysColorBrush(COLOR_BTNFACE));
         ::SetBkMode(dc, TRANSPARENT);
         ::SetTextColor(dc, ::GetSysColor(COLOR_WINDOWTEXT));
-        ::DrawTextA(dc, caption.c_str(), static_cast<int>(caption.size()), &text,
+        ::DrawTextW(dc, caption.c_str(), static_cast<int>(caption.size()), &text,
                     DT_CENTER | DT_SINGLELINE | DT_NOPREFIX);
     }
     ::EndPaint(hwnd, &ps);
@@ -54,9 +55,9 @@ LRESULT CALLBACK frameProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLORLISTBOX:
         case WM_VKEYTOITEM:
         case WM_CONTEXTMENU:
-            return ::SendMessageA(::GetParent(hwnd), msg, wParam, lParam);
+            return ::SendMessageW(::GetParent(hwnd), msg, wParam, lParam);
         case WM_SETFONT:
-            ::SetWindowLongPtrA(hwnd, GWLP_USERDATA, static_cast<LONG_PTR>(wParam));
+            ::SetWindowLongPtrW(hwnd, GWLP_USERDATA, static_cast<LONG_PTR>(wParam));
             if (LOWORD(lParam)) {
                 ::InvalidateRect(hwnd, nullptr, TRUE);
             }
@@ -69,34 +70,35 @@ LRESULT CALLBACK frameProc(HWND hwnd, UINT msg, WPARAM wParam, LPARAM lParam) {
             paintFrame(hwnd);
             return 0;
         case WM_SETTEXT: {
-            const LRESULT r = ::DefWindowProcA(hwnd, msg, wParam, lParam);
+            const LRESULT r = ::DefWindowProcW(hwnd, msg, wParam, lParam);
             ::InvalidateRect(hwnd, nullptr, TRUE);
             return r;
         }
         default:
-            return ::DefWindowProcA(hwnd, msg, wParam, lParam);
+            return ::DefWindowProcW(hwnd, msg, wParam, lParam);
     }
 }
 
 }  // namespace
 
 HWND createFrameBox(HWND parent, const char* caption, int id) {
-    WNDCLASSEXA wc{};
+    WNDCLASSEXW wc{};
     wc.cbSize = sizeof wc;
-    if (!::GetClassInfoExA(::GetModuleHandleA(nullptr), kFrameClass, &wc)) {
+    if (!::GetClassInfoExW(::GetModuleHandleW(nullptr), kFrameClass, &wc)) {
         wc = {};
         wc.cbSize = sizeof wc;
         wc.style = CS_HREDRAW | CS_VREDRAW;
         wc.lpfnWndProc = frameProc;
-        wc.hInstance = ::GetModuleHandleA(nullptr);
-        wc.hCursor = ::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_ARROW));
+        wc.hInstance = ::GetModuleHandleW(nullptr);
+        wc.hCursor = ::LoadCursorW(nullptr, IDC_ARROW);
         wc.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
         wc.lpszClassName = kFrameClass;
-        ::RegisterClassExA(&wc);
+        ::RegisterClassExW(&wc);
     }
-    return ::CreateWindowExA(WS_EX_CONTROLPARENT, kFrameClass, caption, WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
+    return ::CreateWindowExW(WS_EX_CONTROLPARENT, kFrameClass, widen(caption).c_str(),
+                             WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
                              0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                             ::GetModuleHandleA(nullptr), nullptr);
+                             ::GetModuleHandleW(nullptr), nullptr);
 }
 
 }  // namespace tl

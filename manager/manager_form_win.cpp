@@ -12,6 +12,7 @@
 #include "app/resource_ids.h"
 #include "base/random.h"
 #include "base/text.h"
+#include "base/utf8_win.h"
 #include "changer/main_form_win.h"
 #include "changer/preview_window_win.h"
 #include "display/screen_resolution_win.h"
@@ -30,16 +31,14 @@ constexpr int kStartWidth = 820;
 constexpr int kStartHeight = 540;
 
 std::string exeBaseName() {
-    char path[MAX_PATH * 2] = {};
-    const DWORD n = ::GetModuleFileNameA(nullptr, path, sizeof path);
-    std::string name(path, n);
+    std::string name = executablePath().value_or(std::string());
     name = name.substr(name.find_last_of("\\/") + 1);
     return name.substr(0, name.rfind('.'));
 }
 
 // Ends the whole program at once: the window can't work without the part that failed.
 void endProgram(HWND window, const char* message) {
-    ::MessageBoxA(window, message, "Tessaline", MB_OK);
+    Win32Ui(window).messageBox(message, "Tessaline", MB_OK);
     ::PostQuitMessage(1);
 }
 
@@ -58,7 +57,7 @@ std::unique_ptr<ManagerWindow> managerForm;
 }  // namespace
 
 void ManagerWindow::load() {
-    registerClass(kManagerClass, ::LoadIconA(program().instance, MAKEINTRESOURCEA(IDI_TESSALINE)));
+    registerClass(kManagerClass, ::LoadIconW(program().instance, MAKEINTRESOURCEW(IDI_TESSALINE)));
     create(kManagerClass, "Tessaline", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, CW_USEDEFAULT, CW_USEDEFAULT,
            CW_USEDEFAULT, CW_USEDEFAULT);
     if (!hwnd()) {
@@ -74,7 +73,7 @@ void ManagerWindow::load() {
     ::SetWindowPos(hwnd(), nullptr, 0, 0, r.right - r.left, r.bottom - r.top, SWP_NOMOVE | SWP_NOZORDER);
 
     list1_ = std::make_unique<Win32ListBox>(c_.list1);
-    manager_ = std::make_unique<ListManager>(ManagerServices{*this, *list1_, program().fs, ui_, program().app,
+    manager_ = std::make_unique<ListManager>(ManagerServices{*this, *list1_, program().fs, program().ansi, ui_, program().app,
                                                              sharedRandom(), *this, [] { program().saveSettings(); }});
     Win32DisplayPlatform display;
     const clsScrRes screen(display, ui_);
@@ -92,7 +91,7 @@ void ManagerWindow::load() {
         return;
     }
     ::DragAcceptFiles(hwnd(), TRUE);
-    if ((::GetWindowLongA(hwnd(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) == 0) {
+    if ((::GetWindowLongW(hwnd(), GWL_EXSTYLE) & WS_EX_ACCEPTFILES) == 0) {
         endProgram(hwnd(), "Could not load DragX.dll component. Please see the readme as to how to fix this.");
     }
 }
@@ -130,7 +129,7 @@ LRESULT ManagerWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
             return 0;
         case WM_SETCURSOR:
             if (hourglass_ > 0) {
-                ::SetCursor(::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(IDC_WAIT)));
+                ::SetCursor(::LoadCursorW(nullptr, IDC_WAIT));
                 return TRUE;
             }
             break;
@@ -255,7 +254,7 @@ void ManagerWindow::onCommand(int id, int code) {
                 case IDC_DRIVE1:
                     return browser_.onDriveChanged();
                 case IDC_OR_TYPE: {
-                    const auto chosen = ::SendMessageA(c_.orType, CB_GETCURSEL, 0, 0);
+                    const auto chosen = ::SendMessageW(c_.orType, CB_GETCURSEL, 0, 0);
                     if (chosen >= 0) {
                         m.onOrTypeChosen(static_cast<Orientation>(chosen));
                     }
@@ -298,28 +297,32 @@ void ManagerWindow::onFile1Click() {
 void ManagerWindow::toggleBrowser() {
     browserShown_ = !browserShown_;
     ::ShowWindow(c_.browseFrame, browserShown_ ? SW_SHOW : SW_HIDE);
-    ::SetWindowTextA(c_.command1, browserShown_ ? "<<" : ">>");
+    setWindowText(c_.command1, browserShown_ ? "<<" : ">>");
     layout();
 }
 
 void ManagerWindow::onDropFiles(HDROP drop) {
+    // Each name is asked for its length first, so that no buffer of MAX_PATH cuts it short.
     std::vector<std::string> names;
-    const UINT count = ::DragQueryFileA(drop, 0xFFFFFFFF, nullptr, 0);
+    std::vector<std::string> unrepresentable;
+    const UINT count = ::DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
     for (UINT i = 0; i < count; ++i) {
-        std::string name(::DragQueryFileA(drop, i, nullptr, 0) + 1, '\0');
-        name.resize(::DragQueryFileA(drop, i, name.data(), static_cast<UINT>(name.size())));
-        names.push_back(std::move(name));
+        std::wstring wide(::DragQueryFileW(drop, i, nullptr, 0) + 1, L'\0');
+        wide.resize(::DragQueryFileW(drop, i, wide.data(), static_cast<UINT>(wide.size())));
+        bool lost = false;
+        std::string name = narrow(wide, &lost);
+        (lost ? unrepresentable : names).push_back(std::move(name));
     }
     ::DragFinish(drop);
     if (manager_) {
-        manager_->dropFiles(names);
+        manager_->dropFiles(names, unrepresentable);
     }
 }
 
 void ManagerWindow::onAnimatorTick() {
     kernShown_ = !kernShown_;
     ::ShowWindow(c_.kern, kernShown_ ? SW_SHOW : SW_HIDE);
-    ::SetWindowTextA(c_.scanDir, ("Scanning " + manager_->scanStatus()).c_str());
+    setWindowText(c_.scanDir, "Scanning " + manager_->scanStatus());
 }
 
 void ManagerWindow::onContextMenu(HWND from, POINT at) {
@@ -329,8 +332,8 @@ void ManagerWindow::onContextMenu(HWND from, POINT at) {
     if (at.x == -1 && at.y == -1) {
         // From the keyboard: beside the line with the caret.
         RECT item{};
-        const auto caret = ::SendMessageA(c_.list1, LB_GETCARETINDEX, 0, 0);
-        ::SendMessageA(c_.list1, LB_GETITEMRECT, static_cast<WPARAM>(caret < 0 ? 0 : caret),
+        const auto caret = ::SendMessageW(c_.list1, LB_GETCARETINDEX, 0, 0);
+        ::SendMessageW(c_.list1, LB_GETITEMRECT, static_cast<WPARAM>(caret < 0 ? 0 : caret),
                        reinterpret_cast<LPARAM>(&item));
         at = {item.left + px(16), item.bottom};
         ::ClientToScreen(c_.list1, &at);

@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "base/utf8_win.h"
 #include "manager/manager_ids.h"
 
 namespace tl {
@@ -16,13 +17,13 @@ size_t appendLevel(HMENU menu, const std::vector<MenuLine>& lines, size_t i, int
         if (opensSubmenu) {
             HMENU sub = ::CreatePopupMenu();
             i = appendLevel(sub, lines, i + 1, depth + 1);
-            ::AppendMenuA(menu, MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(sub), line.caption);
+            ::AppendMenuW(menu, MF_POPUP | MF_STRING, reinterpret_cast<UINT_PTR>(sub), widen(line.caption).c_str());
             continue;
         }
         if (std::string_view(line.caption) == "-") {
-            ::AppendMenuA(menu, MF_SEPARATOR, 0, nullptr);
+            ::AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
         } else {
-            ::AppendMenuA(menu, MF_STRING, static_cast<UINT_PTR>(line.id), line.caption);
+            ::AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(line.id), widen(line.caption).c_str());
         }
         ++i;
     }

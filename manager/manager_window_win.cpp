@@ -7,6 +7,7 @@
 #include "app/program_win.h"
 #include "app/resource_ids.h"
 #include "base/text.h"
+#include "base/utf8_win.h"
 #include "changer/about_window_win.h"
 #include "lists/list_tools_win.h"
 #include "base/file_dialog_win.h"
@@ -21,13 +22,14 @@ namespace tl {
 namespace {
 
 HWND make(HWND parent, const char* className, const char* text, DWORD style, int id, DWORD exStyle = 0) {
-    return ::CreateWindowExA(exStyle, className, text, style | WS_CHILD, 0, 0, 0, 0, parent,
-                             reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ::GetModuleHandleA(nullptr), nullptr);
+    return ::CreateWindowExW(exStyle, widen(className).c_str(), widen(text).c_str(), style | WS_CHILD, 0, 0, 0, 0,
+                             parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), ::GetModuleHandleW(nullptr),
+                             nullptr);
 }
 
 void fillOrientations(HWND combo, int count) {
     for (Orientation code = 0; code < count; ++code) {
-        ::SendMessageA(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(orientationName(code)));
+        addListItem(combo, orientationName(code), true);
     }
 }
 
@@ -37,7 +39,7 @@ void show(HWND control, bool visible) {
 
 // The window's own visibility flag, whatever its frame's.
 bool visibleFlag(HWND control) {
-    return (::GetWindowLongA(control, GWL_STYLE) & WS_VISIBLE) != 0;
+    return (::GetWindowLongW(control, GWL_STYLE) & WS_VISIBLE) != 0;
 }
 
 }  // namespace
@@ -156,14 +158,14 @@ bool ManagerWindow::createPictures() {
                                              {IDI_KERN, c_.kern}};
     for (const auto& [id, control] : pictures) {
         unique_hicon loaded(static_cast<HICON>(
-            ::LoadImageA(::GetModuleHandleA(nullptr), MAKEINTRESOURCEA(id), IMAGE_ICON, size, size, 0)));
+            ::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(id), IMAGE_ICON, size, size, 0)));
         if (!loaded || ImageList_AddIcon(ilsIcons_, loaded.get()) < 0) {
             return false;
         }
         unique_hicon icon(ImageList_GetIcon(ilsIcons_, ImageList_GetImageCount(ilsIcons_) - 1, ILD_NORMAL));
         const UINT message = control == c_.kern ? STM_SETICON : BM_SETIMAGE;
         const WPARAM kind = control == c_.kern ? 0 : IMAGE_ICON;
-        ::SendMessageA(control, message, kind, reinterpret_cast<LPARAM>(icon.get()));
+        ::SendMessageW(control, message, kind, reinterpret_cast<LPARAM>(icon.get()));
         buttonIcons_.push_back(std::move(icon));
     }
     return true;
@@ -208,7 +210,7 @@ void ManagerWindow::layout() {
 }
 
 void ManagerWindow::updateListExtent() {
-    const auto count = static_cast<int>(::SendMessageA(c_.list1, LB_GETCOUNT, 0, 0));
+    const auto count = static_cast<int>(::SendMessageW(c_.list1, LB_GETCOUNT, 0, 0));
     if (count == extentLines_) {
         return;
     }
@@ -216,7 +218,7 @@ void ManagerWindow::updateListExtent() {
     int longest = -1;
     LRESULT longestLength = -1;
     for (int i = 0; i < count; ++i) {
-        const LRESULT length = ::SendMessageA(c_.list1, LB_GETTEXTLEN, static_cast<WPARAM>(i), 0);
+        const LRESULT length = ::SendMessageW(c_.list1, LB_GETTEXTLEN, static_cast<WPARAM>(i), 0);
         if (length > longestLength) {
             longestLength = length;
             longest = i;
@@ -224,17 +226,17 @@ void ManagerWindow::updateListExtent() {
     }
     int width = 0;
     if (longest >= 0) {
-        std::string text(static_cast<size_t>(longestLength) + 1, '\0');
+        std::wstring text(static_cast<size_t>(longestLength) + 1, L'\0');
         const auto got =
-            ::SendMessageA(c_.list1, LB_GETTEXT, static_cast<WPARAM>(longest), reinterpret_cast<LPARAM>(text.data()));
+            ::SendMessageW(c_.list1, LB_GETTEXT, static_cast<WPARAM>(longest), reinterpret_cast<LPARAM>(text.data()));
         text.resize(got < 0 ? 0 : static_cast<size_t>(got));
         unique_window_dc dc(c_.list1);
         scoped_select_object selected(dc.get(), font_.get());
         SIZE extent{};
-        ::GetTextExtentPoint32A(dc.get(), text.c_str(), static_cast<int>(text.size()), &extent);
+        ::GetTextExtentPoint32W(dc.get(), text.c_str(), static_cast<int>(text.size()), &extent);
         width = extent.cx + px(8);
     }
-    ::SendMessageA(c_.list1, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width), 0);
+    ::SendMessageW(c_.list1, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width), 0);
 }
 
 // ---- ManagerView ----
@@ -244,11 +246,11 @@ std::string ManagerWindow::caption() const {
 }
 
 void ManagerWindow::setCaption(const std::string& caption) {
-    ::SetWindowTextA(hwnd(), caption.c_str());
+    setWindowText(hwnd(), caption);
 }
 
 void ManagerWindow::showBusy() {
-    ::SetWindowTextA(c_.scanDir, "Working...");
+    setWindowText(c_.scanDir, "Working...");
     show(c_.scanDir, true);
     show(c_.kern, true);
     kernShown_ = true;
@@ -296,15 +298,15 @@ void ManagerWindow::busyProgress() {
     }
     lastProgress_ = now;
     MSG msg{};
-    while (::PeekMessageA(&msg, hwnd(), WM_TIMER, WM_TIMER, PM_REMOVE)) {
-        ::DispatchMessageA(&msg);
+    while (::PeekMessageW(&msg, hwnd(), WM_TIMER, WM_TIMER, PM_REMOVE)) {
+        ::DispatchMessageW(&msg);
     }
     ::RedrawWindow(hwnd(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
 }
 
 void ManagerWindow::setHourglass(bool on) {
     hourglass_ = std::max(0, hourglass_ + (on ? 1 : -1));
-    ::SetCursor(::LoadCursorA(nullptr, reinterpret_cast<LPCSTR>(hourglass_ > 0 ? IDC_WAIT : IDC_ARROW)));
+    ::SetCursor(::LoadCursorW(nullptr, hourglass_ > 0 ? IDC_WAIT : IDC_ARROW));
 }
 
 void ManagerWindow::hideListAndFrames() {
@@ -336,22 +338,22 @@ void ManagerWindow::hideEntryPanels() {
 }
 
 Orientation ManagerWindow::addOrientation() const {
-    const auto index = ::SendMessageA(c_.addOrType, CB_GETCURSEL, 0, 0);
+    const auto index = ::SendMessageW(c_.addOrType, CB_GETCURSEL, 0, 0);
     return static_cast<Orientation>(index < 0 ? kCenter : index);
 }
 
 void ManagerWindow::setAddOrientation(Orientation orientation) {
-    ::SendMessageA(c_.addOrType, CB_SETCURSEL, static_cast<WPARAM>(orientation), 0);
+    ::SendMessageW(c_.addOrType, CB_SETCURSEL, static_cast<WPARAM>(orientation), 0);
 }
 
 void ManagerWindow::showEntryOrientation(Orientation orientation) {
     // CB_SETCURSEL raises no selection change: the program's own choice is never taken for the user's.
-    ::SendMessageA(c_.orType, CB_SETCURSEL, static_cast<WPARAM>(orientation), 0);
+    ::SendMessageW(c_.orType, CB_SETCURSEL, static_cast<WPARAM>(orientation), 0);
 }
 
 void ManagerWindow::setOptionChecks(const OptionChecks& checks) {
     applyOptionChecks(menuBar_.get(), checks);
-    ::SendMessageA(c_.dupeChecking, BM_SETCHECK, checks.checkDuplicates ? BST_CHECKED : BST_UNCHECKED, 0);
+    ::SendMessageW(c_.dupeChecking, BM_SETCHECK, checks.checkDuplicates ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
 void ManagerWindow::hideHelpText() {

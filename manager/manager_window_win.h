@@ -77,7 +77,7 @@ class ManagerWindow : public Window, private ManagerView, private FileRemover, p
     std::string dir1Path() const override { return browser_.path(); }
     void setDir1Path(const std::string& path) override { browser_.setPath(path); }
     std::string dir1Highlighted() const override { return browser_.highlighted(); }
-    std::vector<std::string> file1SelectedNames() const override { return browser_.selectedFiles(); }
+    std::vector<DirEntry> file1SelectedFiles() const override { return browser_.selectedFiles(); }
     Orientation addOrientation() const override;
     void setAddOrientation(Orientation orientation) override;
     void showEntryOrientation(Orientation orientation) override;

@@ -4,7 +4,7 @@
 
 namespace tl {
 
-// HKEY_CLASSES_ROOT through RegCreateKeyA, RegSetValueA and RegDeleteKeyA. Failures pass silently.
+// HKEY_CLASSES_ROOT through RegCreateKeyW, RegSetValueW and RegDeleteKeyW. Failures pass silently.
 class Win32ClassesRegistry : public ClassesRegistry {
   public:
     void setDefaultValue(const std::string& subKey, const std::string& value) override;

@@ -3,6 +3,7 @@
 #include <mutex>
 
 #include "base/text.h"
+#include "base/utf8_win.h"
 #include "tracker/directory_changes.h"
 
 namespace tl {
@@ -22,7 +23,7 @@ struct DirectoryWatcher::Queue {
         std::lock_guard lock(mutex);
         changes.insert(changes.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
         if (!posted) {
-            posted = ::PostMessageA(target, message, 0, 0) != FALSE;
+            posted = ::PostMessageW(target, message, 0, 0) != FALSE;
         }
     }
 };
@@ -32,27 +33,6 @@ namespace {
 // 64 KiB: the most a watch over the network may ask for, and room for a burst of copies.
 constexpr DWORD kBufferBytes = 64 * 1024;
 constexpr DWORD kWatchFilter = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME;
-
-std::wstring wide(const std::string& text) {
-    if (text.empty()) {
-        return {};
-    }
-    const int n = ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), nullptr, 0);
-    std::wstring out(static_cast<size_t>(n > 0 ? n : 0), L'\0');
-    ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), out.data(), n);
-    return out;
-}
-
-// The program's paths are in the system code page, as the list files are.
-std::string narrow(const wchar_t* text, size_t length) {
-    if (length == 0) {
-        return {};
-    }
-    const int n = ::WideCharToMultiByte(CP_ACP, 0, text, static_cast<int>(length), nullptr, 0, nullptr, nullptr);
-    std::string out(static_cast<size_t>(n > 0 ? n : 0), '\0');
-    ::WideCharToMultiByte(CP_ACP, 0, text, static_cast<int>(length), out.data(), n, nullptr, nullptr);
-    return out;
-}
 
 std::wstring joinWide(const std::wstring& dir, const std::wstring& name) {
     return !dir.empty() && dir.back() == L'\\' ? dir + name : dir + L"\\" + name;
@@ -77,8 +57,8 @@ struct DirectoryWatcher::Session {
     std::shared_ptr<Queue> queue;
     std::vector<std::string> folders;
     std::vector<std::unique_ptr<Watch>> watches;
-    unique_handle stopEvent{::CreateEventA(nullptr, TRUE, FALSE, nullptr)};
-    unique_handle readyEvent{::CreateEventA(nullptr, TRUE, FALSE, nullptr)};
+    unique_handle stopEvent{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
+    unique_handle readyEvent{::CreateEventW(nullptr, TRUE, FALSE, nullptr)};
     unique_handle thread;
     bool stopping = false;
 
@@ -92,7 +72,7 @@ struct DirectoryWatcher::Session {
         for (const std::string& folder : folders) {
             auto w = std::make_unique<Watch>();
             w->folder = folder;
-            w->wideFolder = wide(folder);
+            w->wideFolder = widen(folder);
             w->session = this;
             w->overlapped.hEvent = w.get();  // unused by completion routines: free for the watch's address
             w->directory.reset(::CreateFileW(
@@ -179,7 +159,14 @@ struct DirectoryWatcher::Session {
                 const DWORD attributes = ::GetFileAttributesW(joinWide(w.wideFolder, name).c_str());
                 isDirectory = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
             }
-            auto changes = w.reader.read(action, joinPath(w.folder, narrow(name.data(), name.size())), isDirectory);
+            bool lost = false;
+            const std::string path = joinPath(w.folder, narrow(name, &lost));
+            auto changes = w.reader.read(action, path, isDirectory);
+            // A new name UTF-8 can't hold is flagged where it appears (the receipt tells the user of it).
+            for (ShellChange& change : changes) {
+                change.unrepresentable1 = change.unrepresentable1 || (lost && change.path1 == path);
+                change.unrepresentable2 = change.unrepresentable2 || (lost && change.path2 == path);
+            }
             out.insert(out.end(), changes.begin(), changes.end());
             if (info->NextEntryOffset == 0) {
                 break;

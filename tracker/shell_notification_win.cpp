@@ -4,7 +4,8 @@
 
 #include <string>
 
-#include "base/text.h"
+#include "base/folder_dialog_win.h"
+#include "base/utf8_win.h"
 
 namespace tl {
 
@@ -28,11 +29,11 @@ using RegisterFn = ULONG(WINAPI*)(HWND, int, LONG, UINT, int, const NotifyEntry*
 using DeregisterFn = BOOL(WINAPI*)(ULONG);
 
 FARPROC shellOrdinal(WORD ordinal) {
-    HMODULE shell = ::GetModuleHandleA("shell32.dll");
+    HMODULE shell = ::GetModuleHandleW(L"shell32.dll");
     if (!shell) {
-        shell = ::LoadLibraryA("shell32.dll");
+        shell = ::LoadLibraryW(L"shell32.dll");
     }
-    return shell ? ::GetProcAddress(shell, MAKEINTRESOURCEA(ordinal)) : nullptr;
+    return shell ? ::GetProcAddress(shell, MAKEINTRESOURCEA(ordinal)) : nullptr;  // GetProcAddress has no W
 }
 
 template <typename Fn>
@@ -40,23 +41,23 @@ Fn shellFunction(WORD ordinal) {
     return reinterpret_cast<Fn>(reinterpret_cast<void*>(shellOrdinal(ordinal)));
 }
 
-void readItem(PCIDLIST_ABSOLUTE pidl, std::string& name, std::string& path) {
+void readItem(PCIDLIST_ABSOLUTE pidl, std::string& name, std::string& path, bool& unrepresentable) {
     name.clear();
     path.clear();
+    unrepresentable = false;
     if (!pidl) {
         return;
     }
-    SHFILEINFOA info{};
-    if (::SHGetFileInfoA(reinterpret_cast<LPCSTR>(pidl), 0, &info, sizeof info, SHGFI_PIDL | SHGFI_DISPLAYNAME)) {
-        name = std::string(cutAtNul(std::string_view(info.szDisplayName, sizeof info.szDisplayName)));
+    SHFILEINFOW info{};
+    if (::SHGetFileInfoW(reinterpret_cast<LPCWSTR>(pidl), 0, &info, sizeof info, SHGFI_PIDL | SHGFI_DISPLAYNAME)) {
+        name = narrow(info.szDisplayName, &unrepresentable);
     }
     if (name.empty()) {
         return;
     }
-    char buffer[MAX_PATH] = {};
-    if (::SHGetPathFromIDListA(pidl, buffer)) {
-        path = std::string(cutAtNul(std::string_view(buffer, sizeof buffer)));
-    }
+    bool pathLost = false;
+    path = pathOfItem(pidl, &pathLost);
+    unrepresentable = unrepresentable || pathLost;
 }
 
 }  // namespace
@@ -113,8 +114,8 @@ ShellChange readShellItems(WPARAM wParam, uint32_t event) {
     change.event = event;
     const auto* items = reinterpret_cast<const PCIDLIST_ABSOLUTE*>(wParam);
     if (items) {
-        readItem(items[0], change.name1, change.path1);
-        readItem(items[1], change.name2, change.path2);
+        readItem(items[0], change.name1, change.path1, change.unrepresentable1);
+        readItem(items[1], change.name2, change.path2, change.unrepresentable2);
     }
     return change;
 }

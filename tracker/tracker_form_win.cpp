@@ -1,12 +1,13 @@
 #include "tracker/tracker_form_win.h"
 
 #include <commctrl.h>
-#include <shlobj.h>
 
 #include <memory>
+#include <optional>
 
 #include "app/program_win.h"
 #include "app/resource_ids.h"
+#include "base/folder_dialog_win.h"
 #include "base/window_win.h"
 #include "lists/list_box_win.h"
 #include "tracker/directory_changes.h"
@@ -78,14 +79,6 @@ SIZE windowSizeFor(int dpi) {
     return {r.right - r.left, r.bottom - r.top};
 }
 
-int CALLBACK browseCallback(HWND dialog, UINT message, LPARAM, LPARAM startFolder) {
-    if (message == BFFM_INITIALIZED) {
-        ::SetWindowTextA(dialog, kBrowseCaption);
-        ::SendMessageA(dialog, BFFM_SETSELECTIONA, TRUE, startFolder);
-    }
-    return 0;
-}
-
 class TrackerForm : public Window {
   public:
     explicit TrackerForm(TrackerHost& host) : tracker_(list1_, host, program().fs, program().ui) {}
@@ -93,7 +86,7 @@ class TrackerForm : public Window {
     FolderTracker& tracker() { return tracker_; }
 
     bool load() {
-        registerClass(kTrackerClass, ::LoadIconA(program().instance, MAKEINTRESOURCEA(IDI_TESSALINE)));
+        registerClass(kTrackerClass, ::LoadIconW(program().instance, MAKEINTRESOURCEW(IDI_TESSALINE)));
         const SIZE size = windowSizeFor(dpiOf(nullptr));
         create(kTrackerClass, kCaption, kWindowStyle, 0, CW_USEDEFAULT, CW_USEDEFAULT, size.cx, size.cy);
         if (!hwnd()) {
@@ -176,7 +169,7 @@ class TrackerForm : public Window {
     void placeInWorkArea() {
         const SIZE size = windowSizeFor(dpiOf(hwnd()));
         RECT work{};
-        if (!::SystemParametersInfoA(SPI_GETWORKAREA, 0, &work, 0)) {
+        if (!::SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0)) {
             work = {0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
         }
         ::SetWindowPos(hwnd(), nullptr, work.left + (work.right - work.left - size.cx) / 2,
@@ -246,24 +239,8 @@ class TrackerForm : public Window {
     void onAdd() {
         const AppState& app = program().app;
         const std::string start = tracker_.browseStartFolder(app.settings.WallpaperDirectory, app.programDir);
-        scoped_com_init com;
-        char displayName[MAX_PATH] = {};
-        BROWSEINFOA info{};
-        info.hwndOwner = hwnd();
-        info.pszDisplayName = displayName;
-        info.lpszTitle = kBrowseInstruction;
-        info.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
-        info.lpfn = &browseCallback;
-        info.lParam = reinterpret_cast<LPARAM>(start.c_str());
-        unique_cotaskmem chosen(::SHBrowseForFolderA(&info));
-        if (!chosen) {
-            return;
-        }
-        char path[MAX_PATH] = {};
-        if (!::SHGetPathFromIDListA(static_cast<PCIDLIST_ABSOLUTE>(chosen.get()), path)) {
-            return;  // a virtual folder has no path to track
-        }
-        if (tracker_.addChosenFolder(path)) {
+        const std::optional<std::string> path = browseForFolder(hwnd(), kBrowseCaption, kBrowseInstruction, start);
+        if (path && tracker_.addChosenFolder(*path)) {
             rearmWatchers();
         }
     }

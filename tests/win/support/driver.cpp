@@ -8,27 +8,12 @@
 #include <fstream>
 #include <iterator>
 
+#include "base/utf8_win.h"
 #include "base/window_win.h"
 
 namespace tl::wintest {
 
 namespace {
-
-std::wstring widen(const std::string& text) {
-    std::wstring out(text.size(), L'\0');
-    const int n = ::MultiByteToWideChar(CP_ACP, 0, text.data(), static_cast<int>(text.size()), out.data(),
-                                        static_cast<int>(out.size()));
-    out.resize(static_cast<size_t>(n > 0 ? n : 0));
-    return out;
-}
-
-std::string narrow(const std::wstring& text) {
-    std::string out(text.size() * 2, '\0');
-    const int n = ::WideCharToMultiByte(CP_ACP, 0, text.data(), static_cast<int>(text.size()), out.data(),
-                                        static_cast<int>(out.size()), nullptr, nullptr);
-    out.resize(static_cast<size_t>(n > 0 ? n : 0));
-    return out;
-}
 
 // An item's text from a list or combo box, asked in UTF-16: Wine carries these messages between
 // processes in that form only.
@@ -64,7 +49,7 @@ INPUT keyInput(WORD key, bool up) {
     INPUT in{};
     in.type = INPUT_KEYBOARD;
     in.ki.wVk = key;
-    in.ki.wScan = static_cast<WORD>(::MapVirtualKeyA(key, MAPVK_VK_TO_VSC));
+    in.ki.wScan = static_cast<WORD>(::MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
     in.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
     return in;
 }
@@ -90,7 +75,7 @@ void settle(POINT at) {
                (info.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE)) != 0;
     });
     DWORD_PTR ignored = 0;
-    ::SendMessageTimeoutA(::WindowFromPoint(at), WM_NULL, 0, 0, SMTO_NORMAL, 10000, &ignored);
+    ::SendMessageTimeoutW(::WindowFromPoint(at), WM_NULL, 0, 0, SMTO_NORMAL, 10000, &ignored);
 }
 
 bool mouseClick(POINT at, std::initializer_list<WORD> modifiers, DWORD down, DWORD up) {
@@ -112,13 +97,13 @@ bool mouseClick(POINT at, std::initializer_list<WORD> modifiers, DWORD down, DWO
 }
 
 HWND openMenu() {
-    HWND menu = ::FindWindowA("#32768", nullptr);
+    HWND menu = ::FindWindowW(L"#32768", nullptr);
     return menu && ::IsWindowVisible(menu) ? menu : nullptr;
 }
 
-NOTIFYICONDATAA iconRecord(HWND form) {
-    NOTIFYICONDATAA nid{};
-    nid.cbSize = NOTIFYICONDATAA_V1_SIZE;
+NOTIFYICONDATAW iconRecord(HWND form) {
+    NOTIFYICONDATAW nid{};
+    nid.cbSize = NOTIFYICONDATAW_V1_SIZE;
     nid.hWnd = form;
     nid.uID = 1;
     return nid;
@@ -127,9 +112,9 @@ NOTIFYICONDATAA iconRecord(HWND form) {
 }  // namespace
 
 std::string windowClass(HWND window) {
-    char name[256] = {};
-    ::GetClassNameA(window, name, sizeof name);
-    return name;
+    wchar_t name[256] = {};
+    ::GetClassNameW(window, name, 256);
+    return narrow(name);
 }
 
 HWND findWindow(DWORD pid, const char* className, const char* caption, bool visibleOnly) {
@@ -193,18 +178,18 @@ std::string staticTexts(HWND parent) {
 }
 
 void clickButton(HWND button) {
-    ::PostMessageA(button, BM_CLICK, 0, 0);
+    ::PostMessageW(button, BM_CLICK, 0, 0);
 }
 
 void pressButton(HWND dialog, int id) {
-    ::PostMessageA(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(::GetDlgItem(dialog, id)));
+    ::PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, BN_CLICKED), reinterpret_cast<LPARAM>(::GetDlgItem(dialog, id)));
 }
 
 void typeText(HWND edit, const std::string& text) {
     DWORD_PTR ignored = 0;
-    ::SendMessageTimeoutA(edit, EM_SETSEL, 0, -1, SMTO_NORMAL, 5000, &ignored);
-    for (char c : text) {
-        ::SendMessageTimeoutA(edit, WM_CHAR, static_cast<unsigned char>(c), 1, SMTO_NORMAL, 5000, &ignored);
+    ::SendMessageTimeoutW(edit, EM_SETSEL, 0, -1, SMTO_NORMAL, 5000, &ignored);
+    for (wchar_t c : widen(text)) {
+        ::SendMessageTimeoutW(edit, WM_CHAR, c, 1, SMTO_NORMAL, 5000, &ignored);
     }
 }
 
@@ -223,19 +208,19 @@ std::string chosenItem(HWND comboBox) {
 }
 
 void clickListLine(HWND listBox, int line) {
-    if (::GetWindowLongA(listBox, GWL_STYLE) & (LBS_EXTENDEDSEL | LBS_MULTIPLESEL)) {
-        ::SendMessageA(listBox, LB_SETSEL, TRUE, line);
-        ::SendMessageA(listBox, LB_SETCARETINDEX, static_cast<WPARAM>(line), FALSE);
+    if (::GetWindowLongW(listBox, GWL_STYLE) & (LBS_EXTENDEDSEL | LBS_MULTIPLESEL)) {
+        ::SendMessageW(listBox, LB_SETSEL, TRUE, line);
+        ::SendMessageW(listBox, LB_SETCARETINDEX, static_cast<WPARAM>(line), FALSE);
     } else {
-        ::SendMessageA(listBox, LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+        ::SendMessageW(listBox, LB_SETCURSEL, static_cast<WPARAM>(line), 0);
     }
-    ::PostMessageA(::GetParent(listBox), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(listBox), LBN_SELCHANGE),
+    ::PostMessageW(::GetParent(listBox), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(listBox), LBN_SELCHANGE),
                    reinterpret_cast<LPARAM>(listBox));
 }
 
 void doubleClickListLine(HWND listBox, int line) {
     clickListLine(listBox, line);
-    ::PostMessageA(::GetParent(listBox), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(listBox), LBN_DBLCLK),
+    ::PostMessageW(::GetParent(listBox), WM_COMMAND, MAKEWPARAM(::GetDlgCtrlID(listBox), LBN_DBLCLK),
                    reinterpret_cast<LPARAM>(listBox));
 }
 
@@ -256,7 +241,7 @@ void dropFiles(DWORD pid, HWND target, const std::vector<std::string>& paths) {
     unique_handle process(::OpenProcess(PROCESS_VM_OPERATION | PROCESS_VM_WRITE, FALSE, pid));
     void* remote = ::VirtualAllocEx(process.get(), nullptr, block.size(), MEM_COMMIT | MEM_RESERVE, PAGE_READWRITE);
     ::WriteProcessMemory(process.get(), remote, block.data(), block.size(), nullptr);
-    ::PostMessageA(target, WM_DROPFILES, reinterpret_cast<WPARAM>(remote), 0);
+    ::PostMessageW(target, WM_DROPFILES, reinterpret_cast<WPARAM>(remote), 0);
 }
 
 HWND fileNameBox(HWND dialog) {
@@ -305,8 +290,8 @@ POINT centreOf(HWND window) {
 }
 
 POINT lineCentre(HWND listBox, int line) {
-    const auto height = static_cast<int>(::SendMessageA(listBox, LB_GETITEMHEIGHT, 0, 0));
-    const auto top = static_cast<int>(::SendMessageA(listBox, LB_GETTOPINDEX, 0, 0));
+    const auto height = static_cast<int>(::SendMessageW(listBox, LB_GETITEMHEIGHT, 0, 0));
+    const auto top = static_cast<int>(::SendMessageW(listBox, LB_GETTOPINDEX, 0, 0));
     POINT at{40, (line - top) * height + height / 2};
     ::ClientToScreen(listBox, &at);
     return at;
@@ -328,7 +313,7 @@ bool chooseOpenMenuItem(int position) {
 
 void postTrayMouse(HWND form, UINT mouseMessage) {
     // The tray's callback message is frmMain's WM_MOUSEMOVE, with the mouse message in lParam.
-    ::PostMessageA(form, WM_MOUSEMOVE, 1, static_cast<LPARAM>(mouseMessage));
+    ::PostMessageW(form, WM_MOUSEMOVE, 1, static_cast<LPARAM>(mouseMessage));
 }
 
 bool chooseTrayMenuItem(HWND form, const std::string& caption) {
@@ -356,13 +341,13 @@ bool chooseTrayMenuItem(HWND form, const std::string& caption) {
 }
 
 bool trayHasIcon(HWND form) {
-    NOTIFYICONDATAA nid = iconRecord(form);
-    return ::Shell_NotifyIconA(NIM_MODIFY, &nid) != FALSE;
+    NOTIFYICONDATAW nid = iconRecord(form);
+    return ::Shell_NotifyIconW(NIM_MODIFY, &nid) != FALSE;
 }
 
 void removeTrayIcon(HWND form) {
-    NOTIFYICONDATAA nid = iconRecord(form);
-    ::Shell_NotifyIconA(NIM_DELETE, &nid);
+    NOTIFYICONDATAW nid = iconRecord(form);
+    ::Shell_NotifyIconW(NIM_DELETE, &nid);
 }
 
 bool showPanel(HWND form) {

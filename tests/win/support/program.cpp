@@ -3,86 +3,88 @@
 #include <wincodec.h>
 
 #include <atomic>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
 
+#include "base/file_system_win.h"
+#include "base/utf8_win.h"
 #include "support/driver.h"
 
 namespace tl::wintest {
 
 namespace {
 
-void removeTree(const std::string& dir) {
-    WIN32_FIND_DATAA data{};
-    unique_hfind find(::FindFirstFileA((dir + "\\*").c_str(), &data));
+// Works in UTF-16 throughout, so that names UTF-8 can't hold go too.
+void removeTree(const std::wstring& dir) {
+    WIN32_FIND_DATAW data{};
+    unique_hfind find(::FindFirstFileW((dir + L"\\*").c_str(), &data));
     while (find) {
-        const std::string name = data.cFileName;
-        const std::string full = dir + "\\" + name;
-        if (name != "." && name != "..") {
-            ::SetFileAttributesA(full.c_str(), FILE_ATTRIBUTE_NORMAL);
+        const std::wstring name = data.cFileName;
+        const std::wstring full = dir + L"\\" + name;
+        if (name != L"." && name != L"..") {
+            ::SetFileAttributesW(full.c_str(), FILE_ATTRIBUTE_NORMAL);
             if (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
                 removeTree(full);
             } else {
-                ::DeleteFileA(full.c_str());
+                ::DeleteFileW(full.c_str());
             }
         }
-        if (!::FindNextFileA(find.get(), &data)) {
+        if (!::FindNextFileW(find.get(), &data)) {
             break;
         }
     }
     find.reset();
-    ::RemoveDirectoryA(dir.c_str());
+    ::RemoveDirectoryW(dir.c_str());
 }
 
 }  // namespace
 
 std::string buildDirectory() {
-    char path[MAX_PATH] = {};
-    ::GetModuleFileNameA(nullptr, path, MAX_PATH);
-    const std::string exe = path;
-    return exe.substr(0, exe.find_last_of('\\'));
+    return directoryOf(executablePath().value_or(std::string()));
 }
 
-ProgramDir::ProgramDir(bool withProgram) {
+ProgramDir::ProgramDir(bool withProgram, const std::string& prefix) {
     static std::atomic<int> counter{0};
-    char temp[MAX_PATH] = {};
-    ::GetTempPathA(MAX_PATH, temp);
-    path_ = temp;
+    wchar_t temp[MAX_PATH + 1] = {};
+    ::GetTempPathW(MAX_PATH + 1, temp);
+    path_ = narrow(temp);
     if (!path_.empty() && path_.back() == '\\') {
         path_.pop_back();
     }
-    path_ += "\\tl-" + std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(++counter) + "-" +
+    path_ += "\\" + prefix + "tl-" + std::to_string(::GetCurrentProcessId()) + "-" + std::to_string(++counter) + "-" +
              std::to_string(::GetTickCount());
-    if (!::CreateDirectoryA(path_.c_str(), nullptr)) {
+    if (!::CreateDirectoryW(widen(path_).c_str(), nullptr)) {
         throw std::runtime_error("can't create " + path_);
     }
-    if (withProgram && !::CopyFileA((buildDirectory() + "\\tessaline.exe").c_str(), exe().c_str(), FALSE)) {
+    if (withProgram &&
+        !::CopyFileW(widen(buildDirectory() + "\\tessaline.exe").c_str(), widen(exe()).c_str(), FALSE)) {
         throw std::runtime_error("can't copy tessaline.exe into " + path_);
     }
 }
 
 ProgramDir::~ProgramDir() {
-    removeTree(path_);
+    removeTree(widen(path_));
 }
 
 void ProgramDir::write(const std::string& name, const std::string& contents) const {
-    std::ofstream(file(name), std::ios::binary | std::ios::trunc) << contents;
+    std::ofstream(std::filesystem::path(widen(file(name))), std::ios::binary | std::ios::trunc) << contents;
 }
 
 std::string ProgramDir::read(const std::string& name) const {
     std::ostringstream s;
-    s << std::ifstream(file(name), std::ios::binary).rdbuf();
+    s << std::ifstream(std::filesystem::path(widen(file(name))), std::ios::binary).rdbuf();
     return s.str();
 }
 
 bool ProgramDir::exists(const std::string& name) const {
-    return ::GetFileAttributesA(file(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+    return ::GetFileAttributesW(widen(file(name)).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 void ProgramDir::makeFolder(const std::string& name) const {
-    ::CreateDirectoryA(file(name).c_str(), nullptr);
+    ::CreateDirectoryW(widen(file(name)).c_str(), nullptr);
 }
 
 std::vector<std::string> ProgramDir::lines(const std::string& name) const {
@@ -104,9 +106,9 @@ bool waitFor(const std::function<bool()>& condition, milliseconds timeout) {
             return true;
         }
         MSG msg;
-        while (::PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE)) {
+        while (::PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {
             ::TranslateMessage(&msg);
-            ::DispatchMessageA(&msg);
+            ::DispatchMessageW(&msg);
         }
         std::this_thread::sleep_for(milliseconds(25));
     }
@@ -124,7 +126,7 @@ void writePicture(const std::string& path, const std::string& type, int width, i
                            : type == "gif" ? GUID_ContainerFormatGif
                            : type == "png" ? GUID_ContainerFormatPng
                                            : GUID_ContainerFormatBmp;
-    const std::wstring wide(path.begin(), path.end());
+    const std::wstring wide = widen(path);
     com_ptr<IWICStream> stream;
     com_ptr<IWICBitmapEncoder> encoder;
     com_ptr<IWICBitmapFrameEncode> frame;
@@ -176,7 +178,7 @@ void writePicture(const std::string& path, const std::string& type, int width, i
 
 std::optional<BitmapSize> bitmapFileSize(const std::string& path) {
     unsigned char h[54] = {};
-    if (!std::ifstream(path, std::ios::binary).read(reinterpret_cast<char*>(h), sizeof h) || h[0] != 'B' ||
+    if (!std::ifstream(std::filesystem::path(widen(path)), std::ios::binary).read(reinterpret_cast<char*>(h), sizeof h) || h[0] != 'B' ||
         h[1] != 'M') {
         return std::nullopt;
     }
@@ -188,35 +190,36 @@ std::optional<BitmapSize> bitmapFileSize(const std::string& path) {
 }
 
 std::optional<std::string> desktopValue(const char* name) {
-    char buffer[1024] = {};
+    wchar_t buffer[4096] = {};
     DWORD size = sizeof buffer;
-    if (::RegGetValueA(HKEY_CURRENT_USER, "Control Panel\\Desktop", name, RRF_RT_REG_SZ, nullptr, buffer, &size) !=
-        ERROR_SUCCESS) {
+    if (::RegGetValueW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", widen(name).c_str(), RRF_RT_REG_SZ, nullptr,
+                       buffer, &size) != ERROR_SUCCESS) {
         return std::nullopt;
     }
-    return std::string(buffer);
+    return narrow(buffer);
 }
 
 void setDesktopValue(const char* name, const std::string& value) {
-    ::RegSetKeyValueA(HKEY_CURRENT_USER, "Control Panel\\Desktop", name, REG_SZ, value.c_str(),
-                      static_cast<DWORD>(value.size() + 1));
+    const std::wstring wide = widen(value);
+    ::RegSetKeyValueW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", widen(name).c_str(), REG_SZ, wide.c_str(),
+                      static_cast<DWORD>((wide.size() + 1) * sizeof(wchar_t)));
 }
 
 DesktopValueGuard::~DesktopValueGuard() {
     if (old_) {
         setDesktopValue(name_, *old_);
     } else {
-        ::RegDeleteKeyValueA(HKEY_CURRENT_USER, "Control Panel\\Desktop", name_);
+        ::RegDeleteKeyValueW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", widen(name_).c_str());
     }
 }
 
 RunningProgram::RunningProgram(const ProgramDir& dir, const std::string& arguments) {
-    std::string commandLine = "\"" + dir.exe() + "\"" + (arguments.empty() ? "" : " " + arguments);
-    STARTUPINFOA si{};
+    std::wstring commandLine = widen("\"" + dir.exe() + "\"" + (arguments.empty() ? "" : " " + arguments));
+    STARTUPINFOW si{};
     si.cb = sizeof si;
     PROCESS_INFORMATION pi{};
-    if (!::CreateProcessA(dir.exe().c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                          dir.path().c_str(), &si, &pi)) {
+    if (!::CreateProcessW(widen(dir.exe()).c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                          widen(dir.path()).c_str(), &si, &pi)) {
         throw std::runtime_error("can't start " + dir.exe());
     }
     ::CloseHandle(pi.hThread);
@@ -234,7 +237,7 @@ RunningProgram::~RunningProgram() {
             DWORD owner = 0;
             ::GetWindowThreadProcessId(window, &owner);
             if (owner == static_cast<DWORD>(pid)) {
-                ::PostMessageA(window, WM_CLOSE, 0, 0);
+                ::PostMessageW(window, WM_CLOSE, 0, 0);
             }
             return TRUE;
         },

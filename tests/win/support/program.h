@@ -18,10 +18,11 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 
 // A fresh folder under the temporary folder, with a copy of tessaline.exe (so that the program's folder,
-// and with it setup.pref, is the test's). Removed at the end.
+// and with it setup.pref, is the test's), its name starting with prefix. Removed at the end. Paths are
+// UTF-8, as the program's own are.
 class ProgramDir {
   public:
-    explicit ProgramDir(bool withProgram = true);
+    explicit ProgramDir(bool withProgram = true, const std::string& prefix = "");
     ProgramDir(const ProgramDir&) = delete;
     ProgramDir& operator=(const ProgramDir&) = delete;
     ~ProgramDir();
