@@ -9,6 +9,11 @@ wine_session_start() {
     export WINEDEBUG="${WINEDEBUG:--all}"
     # No Mono or Gecko installer prompts in a fresh prefix.
     export WINEDLLOVERRIDES="mscoree,mshtml="
+    # Wine takes the Windows locale, and with it the ANSI code page, from the Unix one. C.UTF-8 gives
+    # English with code page 1252, which lacks the Cyrillic, Greek, CJK and emoji names the tests use (so
+    # that a name passed through an A function would show), and UTF-8 names on the Unix side, which hold
+    # every name. Stated here so that a machine's own locale can't change either.
+    export LC_ALL=C.UTF-8
     TL_XVFB_PID=""
     if [ "${1:-}" != "--use-display" ]; then
         local n
