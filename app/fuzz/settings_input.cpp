@@ -10,6 +10,7 @@
 #include "app/settings.h"
 #include "base/convert.h"
 #include "base/file_system.h"
+#include "base/text_file.h"
 #include "base/fuzz/fuzz_check.h"
 #include "base/ui.h"
 
@@ -90,7 +91,8 @@ bool nearlyEqual(double a, double b) {
 
 // Loads the file; false when the settings error stopped it.
 bool load(AppState& app, MemoryFiles& fs, Ui& ui, char separator) {
-    IniProfile profile(fs, settingsPath(app));
+    const Windows1252 ansi;
+    IniProfile profile(fs, ansi, settingsPath(app));
     try {
         loadSettings(app, profile, fs, ui, separator);
         return true;
@@ -127,7 +129,8 @@ void settingsInput(std::span<const uint8_t> input) {
         check(fs.files[path] == text, "a file that failed to load was changed");
         return;
     }
-    IniProfile profile(fs, path);
+    const Windows1252 ansi;
+    IniProfile profile(fs, ansi, path);
     saveSettings(app, profile, ui, separator);
     check(ui.messages == 0, "saving into memory failed");
     AppState reloaded;
