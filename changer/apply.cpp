@@ -4,7 +4,6 @@
 #include "app/app_state.h"
 #include "base/file_system.h"
 #include "changer/main_form.h"
-#include "lists/image_info.h"
 
 namespace tl {
 
@@ -35,7 +34,10 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
 
     // From here on a failing step is passed over and the next one runs.
     if (path != previewTag_ || forceChange) {
-        if (!pictures_.showImageFacts(e)) {
+        const PictureUse use = orientation == kScale ? PictureUse::fitted
+                               : s.UseActiveDesktop  ? PictureUse::previewOnly
+                                                     : PictureUse::whole;
+        if (!pictures_.showImageFacts(e, use, screen_)) {
             const std::optional<FileFacts> facts = fs_.facts(path);
             if (facts && !facts->isDirectory && !fs_.readFile(path, 1)) {
                 // There but unreadable: another program holds it open for now. The entry stays for a later
@@ -59,22 +61,18 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
         fileToSet = currentBitmapPath;
     }
     if (orientation == kScale && mustApply) {
-        pictures_.saveCurrentBitmap(currentBitmapPath);
         if (e.height == 0 || e.width == 0) {
-            cImageInfo info(fs_);
-            try {
-                info.ReadImageInfo(currentBitmapPath);
-            } catch (const ImageReadError&) {
-                // Read as 0 x 0, scaled as 1 x 1 below.
-            }
-            e.height = info.Height();
-            e.width = info.Width();
+            // The entry came from a list without the picture's size, and ShowImageFacts didn't run for it
+            // this time: the size of the picture on show, else 1 x 1 below.
+            const ScreenSize shown = pictures_.shownPictureSize();
+            e.height = shown.height;
+            e.width = shown.width;
         }
         const int32_t height = e.height == 0 ? 1 : e.height;
         const int32_t width = e.width == 0 ? 1 : e.width;
         const double factor = scaleFactor(width, height, screen_);
         style = kCenter;  // the scaled bitmap is centred
-        pictures_.scaleImageFile(currentBitmapPath, currentBitmapPath, factor, height, width, true);
+        pictures_.saveScaledBitmap(currentBitmapPath, scaledSide(width, factor), scaledSide(height, factor));
     }
 
     if (s.UseActiveDesktop && mustApply) {

@@ -27,23 +27,25 @@ class Desktop {
     virtual bool isSomethingMaximised() = 0;
 };
 
+// What an apply does with the picture it loads, besides the preview: nothing (Active Desktop takes the
+// entry's own file), a bitmap of the picture's own size, or one scaled to fit the screen (Scale), which
+// needs the picture only about as large as that.
+enum class PictureUse { previewOnly, whole, fitted };
+
 // The picture work of frmMain's panel: its preview and the bitmap files made from it.
 class WallpaperPictures {
   public:
     virtual ~WallpaperPictures() = default;
     // ShowImageFacts on frmMain's panel: loads the entry's picture into the preview and fills the facts,
-    // storing the dimensions and size into the entry where it has 0. False when it can't be loaded.
-    virtual bool showImageFacts(WallpaperEntry& entry) = 0;
+    // storing the dimensions and size into the entry where it has 0; keeps the picture as large as `use`
+    // needs with this screen. False when it can't be loaded.
+    virtual bool showImageFacts(WallpaperEntry& entry, PictureUse use, ScreenSize screen) = 0;
     // saveCurrentBitmap: writes the picture the preview holds as a BMP file.
     virtual bool saveCurrentBitmap(const std::string& bitmapPath) = 0;
-    // The Scaler: draws the bitmap file scaled by factor (a width x height picture) on the work surface
-    // and saves the surface as a BMP to targetPath. loadScaled lets the loader do the resampling.
-    virtual bool scaleImageFile(const std::string& sourcePath,
-                                const std::string& targetPath,
-                                double factor,
-                                int32_t height,
-                                int32_t width,
-                                bool loadScaled) = 0;
+    // The Scaler: writes the picture the preview holds resampled to exactly width x height as a BMP file.
+    virtual bool saveScaledBitmap(const std::string& bitmapPath, int32_t width, int32_t height) = 0;
+    // The natural size of the picture the preview holds; 0 x 0 when there is none.
+    virtual ScreenSize shownPictureSize() = 0;
     // Lets go of the full-size picture an apply worked on; the preview keeps its small copy.
     virtual void releasePicture() = 0;
     // Empties the preview.

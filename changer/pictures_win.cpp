@@ -1,17 +1,33 @@
 #include "changer/pictures_win.h"
 
+#include "changer/apply_rules.h"
 #include "changer/scaler_win.h"
 #include "lists/facts_panel_win.h"
+#include "lists/picture_scale.h"
 #include "lists/picture_win.h"
 
 namespace tl {
 
-bool Win32WallpaperPictures::showImageFacts(WallpaperEntry& entry) {
-    if (!ShowImageFacts(entry, panel_)) {
+bool Win32WallpaperPictures::showImageFacts(WallpaperEntry& entry, PictureUse use, ScreenSize screen) {
+    panel_.keepPicture = use != PictureUse::previewOnly;
+    panel_.keepSize = nullptr;
+    if (use == PictureUse::fitted) {
+        // Room to spare for the resampler, as the size the Scaler works out may differ a little.
+        panel_.keepSize = [screen](int width, int height) {
+            const double factor = scaleFactor(width, height, screen);
+            return std::pair{sideToResampleFrom(scaledSide(width, factor)),
+                             sideToResampleFrom(scaledSide(height, factor))};
+        };
+    }
+    const bool shown = ShowImageFacts(entry, panel_);
+    panel_.keepSize = nullptr;
+    if (!shown) {
         shownPath_.clear();
+        shownSize_ = {};
         return false;
     }
     shownPath_ = entry.path;
+    shownSize_ = {entry.width, entry.height};
     if (frameShown_) {
         frameShown_();
     }
@@ -31,13 +47,21 @@ bool Win32WallpaperPictures::saveCurrentBitmap(const std::string& bitmapPath) {
     return picture && writeBitmapFile(*picture, bitmapPath);
 }
 
-bool Win32WallpaperPictures::scaleImageFile(const std::string& sourcePath,
-                                            const std::string& targetPath,
-                                            double factor,
-                                            int32_t height,
-                                            int32_t width,
-                                            bool loadScaled) {
-    return tl::scaleImageFile(sourcePath, targetPath, factor, height, width, loadScaled);
+bool Win32WallpaperPictures::saveScaledBitmap(const std::string& bitmapPath, int32_t width, int32_t height) {
+    std::optional<Picture> loaded;
+    const Picture* picture = panel_.picture();
+    if (!picture) {
+        // As for saveCurrentBitmap: decoded again, this time only about as large as needed.
+        if (shownPath_.empty() ||
+            !(loaded = loadPictureAtLeast(shownPath_, sideToResampleFrom(width), sideToResampleFrom(height)))) {
+            return false;
+        }
+        picture = &*loaded;
+    }
+    const Picture scaled = resampledPicture(*picture, width, height);
+    loaded.reset();
+    panel_.releasePicture();  // the larger picture goes before the file is written
+    return scaled && writeBitmapFile(scaled, bitmapPath);
 }
 
 void Win32WallpaperPictures::releasePicture() {

@@ -10,9 +10,10 @@ namespace tl {
 
 class FactsPanel;
 
-// frmMain's picture work on Win32: the facts panel's preview (WIC decoding, through ShowImageFacts), the
-// decoded picture written as the BMP the desktop is given, and the Scaler. The full-size picture is kept
-// only from ShowImageFacts to the end of the apply, so that an idle program holds no large buffer.
+// frmMain's picture work on Win32: the facts panel's preview (through ShowImageFacts), the decoded picture
+// written as the BMP the desktop is given, and the Scaler. The decoded picture is kept only from
+// ShowImageFacts to the end of the apply, so that an idle program holds no large buffer; for Scale it is
+// decoded only about as large as the screen needs.
 class Win32WallpaperPictures : public WallpaperPictures {
   public:
     // The panel must keep its picture (keepPicture) for saveCurrentBitmap to save it without decoding
@@ -25,14 +26,10 @@ class Win32WallpaperPictures : public WallpaperPictures {
         frameHidden_ = std::move(hidden);
     }
 
-    bool showImageFacts(WallpaperEntry& entry) override;
+    bool showImageFacts(WallpaperEntry& entry, PictureUse use, ScreenSize screen) override;
     bool saveCurrentBitmap(const std::string& bitmapPath) override;
-    bool scaleImageFile(const std::string& sourcePath,
-                        const std::string& targetPath,
-                        double factor,
-                        int32_t height,
-                        int32_t width,
-                        bool loadScaled) override;
+    bool saveScaledBitmap(const std::string& bitmapPath, int32_t width, int32_t height) override;
+    ScreenSize shownPictureSize() override { return shownSize_; }
     void releasePicture() override;
     void clearPreview() override;
     void hidePreviewFrame() override;
@@ -40,6 +37,7 @@ class Win32WallpaperPictures : public WallpaperPictures {
   private:
     FactsPanel& panel_;
     std::string shownPath_;  // the picture the preview holds
+    ScreenSize shownSize_;
     std::function<void()> frameShown_;
     std::function<void()> frameHidden_;
 };

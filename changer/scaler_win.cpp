@@ -5,7 +5,6 @@
 #include "base/file_system.h"
 #include "base/unique_handle_win.h"
 #include "base/utf8_win.h"
-#include "changer/apply_rules.h"
 #include "lists/picture_win.h"
 
 namespace tl {
@@ -46,54 +45,6 @@ bool writeBitmapFile(const Picture& picture, const std::string& path) {
         return false;
     }
     return true;
-}
-
-bool scaleImageFile(const std::string& sourcePath,
-                    const std::string& targetPath,
-                    double factor,
-                    int32_t height,
-                    int32_t width,
-                    bool loadScaled) {
-    const int32_t newHeight = scaledSide(height, factor);
-    const int32_t newWidth = scaledSide(width, factor);
-    if (newHeight <= 0 || newWidth <= 0) {
-        return false;
-    }
-    Picture surface = Picture::create(newWidth, newHeight);
-    if (!surface) {
-        return false;
-    }
-    {
-        unique_hdc memory(::CreateCompatibleDC(nullptr));
-        unique_hdc surfaceDc(::CreateCompatibleDC(nullptr));
-        if (!memory || !surfaceDc) {
-            return false;
-        }
-        unique_hbitmap loaded(
-            static_cast<HBITMAP>(::LoadImageW(nullptr, widen(sourcePath).c_str(), IMAGE_BITMAP, loadScaled ? newWidth : 0,
-                                              loadScaled ? newHeight : 0, LR_LOADFROMFILE)));
-        if (!loaded) {
-            return false;
-        }
-        scoped_select_object selectLoaded(memory.get(), loaded.get());
-        scoped_select_object selectSurface(surfaceDc.get(), surface.bitmap());
-        BOOL drawn = FALSE;
-        if (loadScaled) {
-            // The loader did the resampling: a plain copy.
-            drawn = ::StretchBlt(surfaceDc.get(), 0, 0, newWidth, newHeight, memory.get(), 0, 0, newWidth, newHeight,
-                                 SRCCOPY);
-        } else {
-            ::SetStretchBltMode(surfaceDc.get(), HALFTONE);
-            ::SetBrushOrgEx(surfaceDc.get(), 0, 0, nullptr);
-            drawn =
-                ::StretchBlt(surfaceDc.get(), 0, 0, newWidth, newHeight, memory.get(), 0, 0, width, height, SRCCOPY);
-        }
-        ::GdiFlush();
-        if (!drawn) {
-            return false;
-        }
-    }  // the selections are undone, then the bitmap and the contexts deleted, before the file is written
-    return writeBitmapFile(surface, targetPath);
 }
 
 }  // namespace tl

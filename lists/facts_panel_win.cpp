@@ -5,6 +5,7 @@
 #include "base/file_system_win.h"
 #include "base/window_win.h"
 #include "lists/image_facts.h"
+#include "lists/picture_scale.h"
 
 namespace tl {
 
@@ -49,24 +50,10 @@ bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
 
     panel.releasePicture();
     panel.clearPreview();
-    std::optional<Picture> picture = loadPicture(entry.path);
-    if (!picture) {
-        return false;
-    }
-    Win32FileSystem fs;
-    const std::optional<FileFacts> facts = fs.facts(entry.path);
-    if (!facts) {
-        return false;
-    }
-
-    if (needDimensions) {
-        entry.height = picture->height();
-        entry.width = picture->width();
-    }
-    const int32_t height = entry.height;
-    const int32_t width = entry.width;
-
-    if (panel.preview) {
+    // The preview's box for a picture of the entry's size (the picture's own where the entry has none).
+    const auto previewBox = [&](int naturalWidth, int naturalHeight) {
+        const int32_t width = needDimensions ? naturalWidth : entry.width;
+        const int32_t height = needDimensions ? naturalHeight : entry.height;
         int boxWidth = 0;
         int boxHeight = 0;
         if (const auto fit = fitPreview(width, height, panel.previewDefaultWidth, panel.previewDefaultHeight)) {
@@ -79,9 +66,45 @@ bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
             boxHeight = r.bottom;
         }
         // A side rounded to nothing still shows a line of one pixel rather than no picture at all.
-        boxWidth = std::max(boxWidth, 1);
-        boxHeight = std::max(boxHeight, 1);
-        Picture scaled = scaledPicture(*picture, boxWidth, boxHeight);
+        return std::pair{std::max(boxWidth, 1), std::max(boxHeight, 1)};
+    };
+    // Decoded no larger than the preview and the caller need: a photo shown only in the preview is
+    // decoded at an eighth of its size.
+    const SizeNeeded needed = [&](int naturalWidth, int naturalHeight) {
+        if (panel.keepPicture && !panel.keepSize) {
+            return std::pair{naturalWidth, naturalHeight};
+        }
+        std::pair<int, int> size{1, 1};
+        if (panel.preview) {
+            const auto [w, h] = previewBox(naturalWidth, naturalHeight);
+            size = {sideToResampleFrom(w), sideToResampleFrom(h)};
+        }
+        if (panel.keepPicture) {
+            const auto [w, h] = panel.keepSize(naturalWidth, naturalHeight);
+            size = {std::max(size.first, w), std::max(size.second, h)};
+        }
+        return size;
+    };
+    std::optional<LoadedPicture> loaded = loadPictureFor(entry.path, needed);
+    if (!loaded) {
+        return false;
+    }
+    Win32FileSystem fs;
+    const std::optional<FileFacts> facts = fs.facts(entry.path);
+    if (!facts) {
+        return false;
+    }
+
+    if (needDimensions) {
+        entry.height = loaded->naturalHeight;
+        entry.width = loaded->naturalWidth;
+    }
+    const int32_t height = entry.height;
+    const int32_t width = entry.width;
+
+    if (panel.preview) {
+        const auto [boxWidth, boxHeight] = previewBox(loaded->naturalWidth, loaded->naturalHeight);
+        Picture scaled = scaledPicture(loaded->picture, boxWidth, boxHeight);
         if (!scaled) {
             return false;
         }
@@ -104,7 +127,7 @@ bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
         ::ShowWindow(panel.prevFrame, SW_SHOW);
     }
     if (panel.keepPicture) {
-        panel.picture_ = std::move(picture);
+        panel.picture_ = std::move(loaded->picture);
     }
     return true;
 }

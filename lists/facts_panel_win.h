@@ -17,11 +17,12 @@ namespace tl {
 //   prevFrame   the frame around the facts, shown once there is something to show
 //   fsize, fdate, dimensions   the labels
 //
-// The preview only ever holds a small copy fitted to the box. The full decoded picture of the last
-// successful ShowImageFacts is kept only when keepPicture is set (the changer saves it as its bitmap
-// without decoding twice): take it with takePicture(), or drop it with releasePicture(); the next
-// ShowImageFacts replaces it. With keepPicture clear (the default) it is freed before ShowImageFacts
-// returns.
+// The preview only ever holds a small copy fitted to the box. The decoded picture of the last successful
+// ShowImageFacts is kept only when keepPicture is set (the changer saves it as its bitmap without decoding
+// twice): take it with takePicture(), or drop it with releasePicture(); the next ShowImageFacts replaces it.
+// It is whole, unless keepSize says how large it needs to be: then it may be decoded smaller, no smaller
+// than that. With keepPicture clear (the default) it is decoded only as large as the preview needs and
+// freed before ShowImageFacts returns.
 class FactsPanel {
   public:
     FactsPanel() = default;
@@ -37,8 +38,9 @@ class FactsPanel {
     HWND fdate = nullptr;
     HWND dimensions = nullptr;
     bool keepPicture = false;
+    SizeNeeded keepSize;
 
-    // The kept full-size picture, or null.
+    // The kept picture, or null.
     const Picture* picture() const { return picture_ ? &*picture_ : nullptr; }
     Picture takePicture();
     void releasePicture() { picture_.reset(); }

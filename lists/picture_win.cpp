@@ -67,14 +67,14 @@ JpegFile readJpegFile(const std::wstring& path) {
 
 // What our own decoder made of a file.
 struct JpegLoad {
-    std::optional<Picture> picture;
+    std::optional<LoadedPicture> picture;
     bool refused = false;  // a JPEG cut short or with data missing: no decoder may show it
 };
 
 // Our own decoder goes first for JPEG files: several times faster than WIC on a big photo, and it writes
-// straight into the DIB. Neither a picture nor refused when it doesn't handle the file (arithmetic coding,
-// CMYK...), for WIC to try.
-JpegLoad loadJpeg(const std::wstring& path) {
+// straight into the DIB, at a reduced size where that still covers what is needed. Neither a picture nor
+// refused when it doesn't handle the file (arithmetic coding, CMYK...), for WIC to try.
+JpegLoad loadJpeg(const std::wstring& path, const SizeNeeded& needed) {
     JpegFile file;
     try {
         file = readJpegFile(path);
@@ -93,17 +93,24 @@ JpegLoad loadJpeg(const std::wstring& path) {
     if (!header.handled) {
         return {};
     }
-    Picture picture = Picture::create(header.width, header.height);
+    JpegOptions options;
+    if (needed) {
+        const auto [width, height] = needed(header.width, header.height);
+        options.reduction = jpegReductionToCover(header.width, header.height, width, height);
+    }
+    Picture picture = Picture::create(jpegScaledSide(header.width, options.reduction),
+                                      jpegScaledSide(header.height, options.reduction));
     if (!picture) {
         return {};
     }
-    // A second thread pays for itself from a megapixel or so, and roughly halves the decode of a 24-megapixel
-    // photo. Under Wine it costs a megabyte of idle memory, which Wine keeps for the last thread that ended
-    // (a smaller stack doesn't change that); Windows gives it back.
-    const JpegOptions options{static_cast<int64_t>(header.width) * header.height >= 1000000 ? 2 : 1, &pageMemory()};
+    // One thread: under Wine a thread that has ended leaves about a megabyte behind (Wine keeps the last one's
+    // stacks), which the tray program would then hold while idle after every large picture. A second thread
+    // only pays on a loaded machine's spare core anyway, and at a reduction little work is left for it.
+    options.threads = 1;
+    options.scratch = &pageMemory();
     switch (decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options)) {
         case JpegResult::decoded:
-            return {std::move(picture), false};
+            return {LoadedPicture{std::move(picture), header.width, header.height}, false};
         case JpegResult::damaged:
             return {std::nullopt, true};
         case JpegResult::notHandled:
@@ -143,12 +150,10 @@ unique_hbitmap Picture::releaseBitmap() {
     return std::move(bitmap_);
 }
 
-std::optional<Picture> loadPicture(const std::string& path) {
-    const std::wstring wide = widen(path);
-    JpegLoad jpeg = loadJpeg(wide);
-    if (jpeg.picture || jpeg.refused) {
-        return std::move(jpeg.picture);
-    }
+namespace {
+
+// Everything else (and what our decoder leaves) through WIC.
+std::optional<Picture> loadWithWic(const std::wstring& wide) {
     scoped_com_init com;
     com_ptr<IWICImagingFactory> factory;
     com_ptr<IWICBitmapDecoder> decoder;
@@ -221,6 +226,39 @@ std::optional<Picture> loadPicture(const std::string& path) {
     return picture;
 }
 
+}  // namespace
+
+std::optional<Picture> loadPicture(const std::string& path) {
+    std::optional<LoadedPicture> loaded = loadPictureFor(path, {});
+    if (!loaded) {
+        return std::nullopt;
+    }
+    return std::move(loaded->picture);
+}
+
+std::optional<LoadedPicture> loadPictureFor(const std::string& path, const SizeNeeded& needed) {
+    const std::wstring wide = widen(path);
+    JpegLoad jpeg = loadJpeg(wide, needed);
+    if (jpeg.picture || jpeg.refused) {
+        return std::move(jpeg.picture);
+    }
+    std::optional<Picture> picture = loadWithWic(wide);
+    if (!picture) {
+        return std::nullopt;
+    }
+    const int width = picture->width();
+    const int height = picture->height();
+    return LoadedPicture{std::move(*picture), width, height};
+}
+
+std::optional<Picture> loadPictureAtLeast(const std::string& path, int width, int height) {
+    std::optional<LoadedPicture> loaded = loadPictureFor(path, [=](int, int) { return std::pair{width, height}; });
+    if (!loaded) {
+        return std::nullopt;
+    }
+    return std::move(loaded->picture);
+}
+
 Picture scaledPicture(const Picture& source, int width, int height) {
     Picture out = Picture::create(width, height);
     if (!out || !source) {
@@ -249,6 +287,16 @@ Picture scaledPicture(const Picture& source, int width, int height) {
     }
     ::GdiFlush();
     return drawn ? std::move(out) : Picture();
+}
+
+Picture resampledPicture(const Picture& source, int width, int height) {
+    Picture out = Picture::create(width, height);
+    if (!out || !source ||
+        !resamplePixels(source.bits(), source.width(), source.height(), source.stride(), out.bits(), width, height,
+                        out.stride())) {
+        return Picture();
+    }
+    return out;
 }
 
 }  // namespace tl

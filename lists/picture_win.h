@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/unique_handle_win.h"
 
@@ -49,8 +51,29 @@ class Picture {
 // memory at hand.
 std::optional<Picture> loadPicture(const std::string& path);
 
+// A picture and the size its file says it has: the picture itself may have been decoded smaller.
+struct LoadedPicture {
+    Picture picture;
+    int naturalWidth = 0;
+    int naturalHeight = 0;
+};
+
+// The least size a caller needs a picture decoded at, given its natural size.
+using SizeNeeded = std::function<std::pair<int, int>(int naturalWidth, int naturalHeight)>;
+
+// Decodes the picture at the smallest size its format allows that still covers what `needed` asks for (a
+// JPEG at a half, a quarter or an eighth), else whole. nullopt as for loadPicture.
+std::optional<LoadedPicture> loadPictureFor(const std::string& path, const SizeNeeded& needed);
+
+// The same for a size known beforehand.
+std::optional<Picture> loadPictureAtLeast(const std::string& path, int width, int height);
+
 // A copy of the picture at another size: averaged when shrinking, halftone-stretched when enlarging.
 // Empty on failure.
 Picture scaledPicture(const Picture& source, int width, int height);
+
+// A copy of the picture resampled to exactly width x height with a sharp filter (resamplePixels), for a
+// picture already near that size. Empty on failure.
+Picture resampledPicture(const Picture& source, int width, int height);
 
 }  // namespace tl

@@ -29,25 +29,38 @@ const std::vector<std::string> kCentred = {"reg WallpaperStyle=0", "reg TileWall
                                            "reg Wallpaper=$bmp"};
 
 TEST(Apply, EachOrientationReachesTheDesktopAsItShould) {
+    using enum PictureUse;
     const struct {
         Orientation orientation;
         bool activeDesktop;
         bool showOnDesktop;
         std::vector<std::string> expected;
-        int saves;  // saveCurrentBitmap calls
+        int saves;       // saveCurrentBitmap calls
+        PictureUse use;  // what the picture was loaded for
     } cases[] = {
-        {kCenter, false, true, kCentred, 1},
-        {kTile, false, true, {"reg WallpaperStyle=1", "reg TileWallpaper=1", "spi $bmp", "reg Wallpaper=$bmp"}, 1},
-        {kStretch, false, true, {"reg WallpaperStyle=2", "reg TileWallpaper=0", "spi $bmp", "reg Wallpaper=$bmp"}, 1},
-        {kScale, false, true, kCentred, 1},
+        {kCenter, false, true, kCentred, 1, whole},
+        {kTile,
+         false,
+         true,
+         {"reg WallpaperStyle=1", "reg TileWallpaper=1", "spi $bmp", "reg Wallpaper=$bmp"},
+         1,
+         whole},
+        {kStretch,
+         false,
+         true,
+         {"reg WallpaperStyle=2", "reg TileWallpaper=0", "spi $bmp", "reg Wallpaper=$bmp"},
+         1,
+         whole},
+        // Scale writes its bitmap at the screen's size straight away.
+        {kScale, false, true, kCentred, 0, fitted},
         // Without showing on the desktop the bitmap is still made, but the desktop is left alone.
-        {kCenter, false, false, {}, 1},
-        {kScale, false, false, {}, 1},
+        {kCenter, false, false, {}, 1, whole},
+        {kScale, false, false, {}, 0, fitted},
         // Active Desktop takes the entry's own file, and Scale's scaled bitmap; the option to show on the
         // desktop is not consulted.
-        {kCenter, true, true, {"activedesktop " + kSea + " style 0 on"}, 0},
-        {kTile, true, false, {"activedesktop " + kSea + " style 1 on"}, 0},
-        {kScale, true, false, {"activedesktop $bmp style 0 on"}, 1},
+        {kCenter, true, true, {"activedesktop " + kSea + " style 0 on"}, 0, previewOnly},
+        {kTile, true, false, {"activedesktop " + kSea + " style 1 on"}, 0, previewOnly},
+        {kScale, true, false, {"activedesktop $bmp style 0 on"}, 0, fitted},
     };
     for (const auto& c : cases) {
         ChangerFixture f;
@@ -59,32 +72,27 @@ TEST(Apply, EachOrientationReachesTheDesktopAsItShould) {
                                  (c.showOnDesktop ? ", shown on the desktop" : "");
         EXPECT_EQ(desktopCalls(f), c.expected) << what;
         // The tag holds the entry's path, never the bitmap.
-        EXPECT_EQ(std::tuple(f.fake.count("save "), f.fake.count("scale "), f.form.previewTag(), f.fake.tip),
-                  std::tuple(c.saves, c.orientation == kScale ? 1 : 0, kSea, "Tessaline - " + kSea))
+        EXPECT_EQ(
+            std::tuple(f.fake.count("save "), f.fake.count("scale "), f.fake.lastUse, f.form.previewTag(), f.fake.tip),
+            std::tuple(c.saves, c.orientation == kScale ? 1 : 0, c.use, kSea, "Tessaline - " + kSea))
             << what;
     }
 }
 
-TEST(Apply, ScaleTakesThePicturesSizeFromTheEntryElseFromTheBitmapElseOneByOne) {
+TEST(Apply, ScaleTakesThePicturesSizeFromTheEntryElseFromThePictureOnShowElseOneByOne) {
     const struct {
         bool storeFacts;
         int width, height;
-        int32_t scaledWidth, scaledHeight;
-        double factor;
-    } cases[] = {{true, 800, 600, 800, 600, 1.28}, {false, 2000, 500, 2000, 500, 0.512}, {false, 0, 0, 1, 1, 768.0}};
+        const char* scaled;
+    } cases[] = {
+        {true, 800, 600, "scale 1024x768"}, {false, 2000, 500, "scale 1024x256"}, {false, 0, 0, "scale 768x768"}};
     for (const auto& c : cases) {
         ChangerFixture f;
         f.fake.storeFacts = c.storeFacts;
         f.fake.sizes[kSea] = {c.width, c.height};
         f.load({kSea + "\t3"}, true);
-        const auto& scale = f.fake.lastScale;
-        EXPECT_DOUBLE_EQ(scale.factor, c.factor) << c.width << "x" << c.height;
-        EXPECT_EQ(std::tuple(scale.width, scale.height, scale.source, scale.target),
-                  std::tuple(c.scaledWidth, c.scaledHeight, f.bitmap(), f.bitmap()))
-            << "the loader reads the saved bitmap";
-        EXPECT_EQ(f.fake.matching("scale "), std::vector<std::string>{"scale " + std::to_string(c.scaledWidth) + "x" +
-                                                                      std::to_string(c.scaledHeight)})
-            << "scaled once, with the loader resampling";
+        EXPECT_EQ(f.fake.matching("scale "), std::vector<std::string>{c.scaled}) << c.width << "x" << c.height;
+        EXPECT_EQ(f.fake.lastScaled, f.bitmap());
     }
 }
 

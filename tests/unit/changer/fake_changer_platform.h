@@ -48,9 +48,11 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     }
     bool isSomethingMaximised() override { return maximised; }
 
-    // WallpaperPictures; the saved bitmap is a BMP header of the shown picture's size.
-    bool showImageFacts(WallpaperEntry& entry) override {
+    // WallpaperPictures; a saved bitmap is a BMP header of the shown picture's size, a scaled one of the size
+    // asked for.
+    bool showImageFacts(WallpaperEntry& entry, PictureUse use, ScreenSize) override {
         log.push_back("load " + entry.path);
+        lastUse = use;
         char here = 0;
         stackDepths.push_back(reinterpret_cast<uintptr_t>(&here));
         if (unloadable.count(entry.path) != 0) {
@@ -70,11 +72,14 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
         fs.writeNewFile(path, bmpHeader(shownSize.first, shownSize.second));
         return true;
     }
-    bool scaleImageFile(const std::string& from, const std::string& to, double f, int32_t h, int32_t w, bool loadScaled)
-        override {
-        log.push_back("scale " + std::to_string(w) + "x" + std::to_string(h) + (loadScaled ? "" : " unscaled"));
-        lastScale = {from, to, f, h, w};
+    bool saveScaledBitmap(const std::string& path, int32_t width, int32_t height) override {
+        log.push_back("scale " + std::to_string(width) + "x" + std::to_string(height));
+        lastScaled = path;
+        fs.writeNewFile(path, bmpHeader(width, height));
         return true;
+    }
+    ScreenSize shownPictureSize() override {
+        return shown.empty() ? ScreenSize{} : ScreenSize{shownSize.first, shownSize.second};
     }
     void releasePicture() override {}
     void clearPreview() override { log.push_back("clear preview"); }
@@ -154,11 +159,8 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     std::vector<std::string> log;
     PosixFileSystem fs;
     bool maximised = false;
-    struct Scale {
-        std::string source, target;
-        double factor = 0;
-        int32_t height = 0, width = 0;
-    } lastScale;
+    std::string lastScaled;  // the path of the last scaled bitmap
+    PictureUse lastUse = PictureUse::whole;
     std::vector<uintptr_t> stackDepths;  // where on the stack each load ran
     std::set<std::string> unloadable;
     std::map<std::string, std::pair<int, int>> sizes;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <span>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "jpeg/decoder.h"
@@ -49,6 +51,37 @@ TEST(PictureJpeg, DecodesJpegFilesIntoBottomUpBgrRows) {
                 ASSERT_EQ(picture->bits()[row * picture->stride() + at], 0) << "padding of row " << row;
             }
         }
+    }
+}
+
+// A JPEG is decoded at the smallest of a half, a quarter or an eighth that still covers what the caller
+// needs, with its natural size beside it; other pictures whole.
+TEST(PictureJpeg, DecodesNoLargerThanNeeded) {
+    ProgramDir dir(false);
+    writePicture(dir.file("a.jpg"), "jpg", 1203, 901, 0x2080E0);
+    writePicture(dir.file("a.png"), "png", 203, 101, 0x2080E0);
+    const struct {
+        const char* name;
+        int neededWidth, neededHeight;
+        int width, height;
+    } cases[] = {{"a.jpg", 300, 225, 301, 226},
+                 {"a.jpg", 151, 100, 151, 113},
+                 {"a.jpg", 302, 10, 602, 451},
+                 {"a.jpg", 1000, 1, 1203, 901},
+                 {"a.png", 20, 10, 203, 101}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(c.name) + " for " + std::to_string(c.neededWidth) + "x" +
+                     std::to_string(c.neededHeight));
+        const auto loaded = loadPictureFor(dir.file(c.name), [&](int width, int height) {
+            EXPECT_EQ(std::pair(width, height), std::pair(1203, 901)) << "asked with the natural size";
+            return std::pair{c.neededWidth, c.neededHeight};
+        });
+        ASSERT_TRUE(loaded);
+        EXPECT_EQ(std::tuple(loaded->picture.width(), loaded->picture.height(), loaded->naturalWidth > 0),
+                  std::tuple(c.width, c.height, true));
+        const std::optional<Picture> atLeast = loadPictureAtLeast(dir.file(c.name), c.neededWidth, c.neededHeight);
+        ASSERT_TRUE(atLeast);
+        EXPECT_EQ(std::pair(atLeast->width(), atLeast->height()), std::pair(c.width, c.height));
     }
 }
 
