@@ -1,8 +1,11 @@
 // Times frmMain's apply on a large picture, and counts GDI and USER objects over many applies.
 // Usage: changer_bench_win <large picture> <folder of small pictures> [rounds] [applies]
+//        changer_bench_win --scale-peak <large picture>   (one Scale apply in a fresh process: its peak memory)
 // The small folder must hold small.bmp, small.jpg, small.gif and small.png. Prints one "name: value" line
 // per figure; the bench script reads "apply best ms".
 #include <windows.h>
+
+#include <psapi.h>
 
 #include <algorithm>
 #include <chrono>
@@ -18,14 +21,17 @@
 #include "base/text_file_win.h"
 #include "base/utf8_win.h"
 #include "base/random.h"
+#include "changer/apply_rules.h"
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
 #include "changer/pictures_win.h"
 #include "changer/scaler_win.h"
 #include "changer/tray_win.h"
 #include "gui_object_count_win.h"
+#include "jpeg/decoder.h"
 #include "lists/facts_panel_win.h"
 #include "lists/list_box_win.h"
+#include "lists/picture_scale.h"
 #include "lists/picture_win.h"
 
 namespace {
@@ -66,7 +72,11 @@ class BenchHost : public MainFormHost {
     void setOrTypeIndex(int index) override { orType_ = index; }
     int orTypeIndex() const override { return orType_; }
     void setMinuteTimer(bool) override {}
-    ScreenSize screenSize() override { return {::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)}; }
+    // The desktop applied to: the display's, unless set.
+    ScreenSize screen;
+    ScreenSize screenSize() override {
+        return screen.width > 0 ? screen : ScreenSize{::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
+    }
     double secondsSinceMidnight() override { return 0; }
     void saveSettings() override {}
     void beep() override {}
@@ -121,21 +131,16 @@ auto timed(double& total, F&& f) {
 class TimedPictures : public WallpaperPictures {
   public:
     TimedPictures(WallpaperPictures& inner, Phases& phases) : inner_(inner), phases_(phases) {}
-    bool showImageFacts(WallpaperEntry& entry) override {
-        return timed(phases_.load, [&] { return inner_.showImageFacts(entry); });
+    bool showImageFacts(WallpaperEntry& entry, PictureUse use, ScreenSize screen) override {
+        return timed(phases_.load, [&] { return inner_.showImageFacts(entry, use, screen); });
     }
     bool saveCurrentBitmap(const std::string& path) override {
         return timed(phases_.save, [&] { return inner_.saveCurrentBitmap(path); });
     }
-    bool scaleImageFile(const std::string& source,
-                        const std::string& target,
-                        double factor,
-                        int32_t height,
-                        int32_t width,
-                        bool loadScaled) override {
-        return timed(phases_.scale,
-                     [&] { return inner_.scaleImageFile(source, target, factor, height, width, loadScaled); });
+    bool saveScaledBitmap(const std::string& path, int32_t width, int32_t height) override {
+        return timed(phases_.scale, [&] { return inner_.saveScaledBitmap(path, width, height); });
     }
+    ScreenSize shownPictureSize() override { return inner_.shownPictureSize(); }
     void releasePicture() override { inner_.releasePicture(); }
     void clearPreview() override { inner_.clearPreview(); }
     void hidePreviewFrame() override { inner_.hidePreviewFrame(); }
@@ -223,9 +228,51 @@ std::string temporaryFolder() {
     return dir;
 }
 
+// One Scale apply of the picture to a 1920 x 1080 desktop in this fresh process: how far the resident memory
+// rose above where it stood before (Wine's peak working set is the process's high-water mark), beside the
+// decoded picture and the screen-sized result it needs at the least.
+int scalePeak(const std::string& large) {
+    const std::string dir = temporaryFolder();
+    BenchForm b(dir, large + "\t3\r\n");
+    b.host.screen = {1920, 1080};
+    PROCESS_MEMORY_COUNTERS before{};
+    ::K32GetProcessMemoryInfo(::GetCurrentProcess(), &before, sizeof before);
+    b.form.onLoad();
+    PROCESS_MEMORY_COUNTERS after{};
+    ::K32GetProcessMemoryInfo(::GetCurrentProcess(), &after, sizeof after);
+    const std::optional<LoadedPicture> natural = loadPictureFor(large, [](int, int) { return std::pair{1, 1}; });
+    if (b.form.previewTag() != large || !natural) {
+        std::fprintf(stderr, "can't apply %s\n", large.c_str());
+        return 1;
+    }
+    const double factor = scaleFactor(natural->naturalWidth, natural->naturalHeight, b.host.screen);
+    const int width = scaledSide(natural->naturalWidth, factor);
+    const int height = scaledSide(natural->naturalHeight, factor);
+    const int reduction = jpegReductionToCover(natural->naturalWidth, natural->naturalHeight, sideToResampleFrom(width),
+                                               sideToResampleFrom(height));
+    const double decoded = static_cast<double>(Picture::rowBytes(jpegScaledSide(natural->naturalWidth, reduction))) *
+                           jpegScaledSide(natural->naturalHeight, reduction);
+    const double result = static_cast<double>(Picture::rowBytes(width)) * height;
+    std::printf(
+        "scale apply peak MB above the start: %.1f\n",
+        static_cast<double>(after.PeakWorkingSetSize - std::min(after.PeakWorkingSetSize, before.WorkingSetSize)) /
+            1048576.0);
+    std::printf("decoded picture (at 1/%d) and result MB: %.1f + %.1f\n", reduction, decoded / 1048576.0,
+                result / 1048576.0);
+    b.form.unload();
+    ::DeleteFileA((dir + "\\tl_current.bmp").c_str());
+    ::DeleteFileA((dir + "\\bench.wall").c_str());
+    ::RemoveDirectoryA(dir.c_str());
+    return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    if (argc == 3 && std::string(argv[1]) == "--scale-peak") {
+        scoped_com_init com;
+        return scalePeak(argv[2]);
+    }
     if (argc < 3) {
         std::fprintf(stderr, "usage: %s <large picture> <folder of small pictures> [rounds] [applies]\n", argv[0]);
         return 2;
@@ -276,6 +323,27 @@ int main(int argc, char** argv) {
         report("decode", decode);
         report("bmp write", write);
         report("desktop call", desktop);
+        b.form.unload();
+    }
+
+    {
+        // The same picture with Scale to a 1920 x 1080 desktop, forced each time: decoded at the reduced size
+        // that still covers the scaled one, resampled to it, the BMP written, the desktop's values and call.
+        BenchForm b(dir, large + "\t3\r\n");
+        b.host.screen = {1920, 1080};
+        b.form.onLoad();
+        std::vector<double> apply;
+        b.phases.clear();
+        for (int i = 0; i < rounds; ++i) {
+            const auto start = Clock::now();
+            b.form.switchWallpaper(true);
+            apply.push_back(msSince(start));
+        }
+        report("scale apply", apply);
+        std::printf(
+            "scale apply parts mean ms: decode and preview %.1f, resample and bmp write %.1f, desktop values and "
+            "call %.1f\n",
+            b.phases.load / rounds, b.phases.scale / rounds, b.phases.desktop / rounds);
         b.form.unload();
     }
 

@@ -3,10 +3,11 @@
 # sanitizers; the JPEG decoder's on three generated 24-megapixel photos, 4:4:4, 4:2:0 and progressive 4:2:0,
 # beside djpeg), then the Windows ones under Wine: the picture layer, a progressive JPEG decoded and written
 # as a BMP file beside djpeg -bmp on the same file, applying the 24-megapixel JPEG beside djpeg -bmp on the
-# same file, GDI/USER objects after 10,000 applies, the list manager adding 20,000 files to a 20,000-entry
-# list in a real list box, and the program idling in the tray after a small and after the 24-megapixel
-# picture: its private working set beside a fair reference program's and a bare Win32 program's, and the
-# CPU time and wake-ups of 10 s between wallpaper changes. --native runs only the native benchmarks,
+# same file (whole, and with Scale to 1920 x 1080), the peak memory of one Scale apply, GDI/USER objects
+# after 10,000 applies, the list manager adding 20,000 files to a 20,000-entry list in a real list box, and
+# the program idling in the tray after a small picture and after the 24-megapixel one in each orientation:
+# its private working set beside a fair reference program's and a bare Win32 program's, and the CPU time and
+# wake-ups of 10 s between wallpaper changes. --native runs only the native benchmarks,
 # --idle only the idle figures. The machine may be shared, so every timing is the best of several runs, and
 # the two sides of a ratio are timed in turns.
 set -euo pipefail
@@ -109,10 +110,15 @@ if [ "$only" != "--idle" ]; then
     apply_ms=$(sed -n 's/^apply best ms: //p' "$work/changer.txt")
     decode_ms=$(sed -n 's/^decode best ms: //p' "$work/changer.txt")
     echo "djpeg -bmp to a file, best ms: $djpeg_ms"
-    awk -v a="$apply_ms" -v d="$djpeg_ms" -v w="$decode_ms" 'BEGIN {
+    scale_ms=$(sed -n 's/^scale apply best ms: //p' "$work/changer.txt")
+    awk -v a="$apply_ms" -v d="$djpeg_ms" -v w="$decode_ms" -v s="$scale_ms" 'BEGIN {
         printf "apply / djpeg: %.2fx (target 1.3x)\n", a / d
         printf "of which decoding alone / djpeg: %.2fx\n", w / d
+        printf "Scale apply (to 1920 x 1080) vs djpeg -bmp: %.2fx (target 0.4x)\n", s / d
     }'
+
+    echo "== peak memory of one Scale apply under Wine (a fresh process, 24-megapixel JPEG to 1920 x 1080) =="
+    wine ./build/windows/changer_bench_win.exe --scale-peak "$(windows_path "$picture")"
 fi
 
 # The memory of a Linux process by kind (MB). The private dirty pages are the ones only this process holds
@@ -169,12 +175,14 @@ declare -A pid label
 label[small]="Tessaline after applying a 64 x 48 JPEG"
 pid[small]=$(start_tessaline small "$work/small/small.jpg" 0)
 wait_applied small
-label[large]="Tessaline after applying the 24-megapixel JPEG"
-pid[large]=$(start_tessaline large "$picture" 0)
-wait_applied large
-label[scaled]="Tessaline after the 24-megapixel JPEG, Scale"
-pid[scaled]=$(start_tessaline scaled "$picture" 3)
-wait_applied scaled
+# The 24-megapixel picture in every orientation (Center, Tile, Stretch, Scale, Auto).
+orientations=(center tile stretch scale auto)
+for o in 0 1 2 3 4; do
+    k=${orientations[$o]}
+    label[$k]="Tessaline after the 24-megapixel JPEG, ${k^}"
+    pid[$k]=$(start_tessaline "$k" "$picture" "$o")
+    wait_applied "$k"
+done
 label[fair]="fair reference (same DLLs, a tray icon, a font)"
 wine "$refs/idle_fair_reference_win.exe" >"$work/fair.txt" 2>/dev/null &
 pid[fair]=$!
@@ -182,8 +190,8 @@ label[bare]="bare Win32 reference (a window, a message loop)"
 wine "$refs/idle_reference_win.exe" >/dev/null 2>&1 &
 pid[bare]=$!
 sleep 8 # the last apply's aftermath and the references' start settle
-order="small large scaled fair bare"
-declare -A cpu0 wake0
+order="small center tile stretch scale auto fair bare"
+declare -A cpu0 wake0 private
 for k in $order; do
     cpu0[$k]=$(cpu_ns_of "${pid[$k]}")
     wake0[$k]=$(wakeups_of "${pid[$k]}")
@@ -199,8 +207,15 @@ for k in $order; do
     cpu=$(cpu_ns_of "${pid[$k]}")
     wake=$(wakeups_of "${pid[$k]}")
     printf '%-48s %s\n' "${label[$k]}:" "$(memory_of "${pid[$k]}")"
+    private[$k]=$(awk '/^Private_Dirty:/ { printf "%.2f", $2 / 1024 }' "/proc/${pid[$k]}/smaps_rollup")
     threads=(/proc/"${pid[$k]}"/task/*)
     awk -v c=$((cpu - cpu0[$k])) -v w=$((wake - wake0[$k])) -v n=${#threads[@]} \
         'BEGIN { printf "%-48s CPU %.1f ms, %d wake-ups, %d thread(s)\n", "    10 s idle:", c / 1e6, w, n }'
 done
 sed 's/^/    /' "$work/fair.txt"
+echo "idle private memory after each orientation beside the fair reference (target: within 0.3 MB):"
+for k in small center tile stretch scale auto; do
+    [ -n "${private[$k]:-}" ] && [ -n "${private[fair]:-}" ] || continue
+    awk -v l="${label[$k]}" -v m="${private[$k]}" -v f="${private[fair]}" \
+        'BEGIN { printf "%-48s %5.2f MB, fair reference %5.2f MB: %+.2f MB\n", l ":", m, f, m - f }'
+done
