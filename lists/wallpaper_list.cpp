@@ -23,12 +23,45 @@ const char* orientationName(Orientation code) {
             return "Scale";
         case kAuto:
             return "Auto";
+        case kFill:
+            return "Fill";
         default:
             return "";
     }
 }
 
+int orientationBoxIndex(Orientation code) {
+    if (code >= kCenter && code <= kScale) {
+        return code;
+    }
+    return code == kFill ? 4 : -1;
+}
+
+Orientation orientationAtBoxIndex(int index) {
+    if (index >= 0 && index <= kScale) {
+        return static_cast<Orientation>(index);
+    }
+    return index == 4 ? kFill : -1;
+}
+
+Orientation nextOrientation(Orientation code) {
+    switch (code) {
+        case kCenter:
+        case kTile:
+        case kStretch:
+            return static_cast<Orientation>(code + 1);
+        case kScale:
+            return kFill;
+        default:
+            return kCenter;
+    }
+}
+
 namespace {
+
+// Fill's keyword, in the dotted seven-letter style of the old ones. An older reader finds no number in it
+// and lays the picture as Center, where an unknown number would reach the desktop's registry as a style.
+constexpr std::string_view kFillKeyword = "Fill...";
 
 // The orientation field of an image line. The keywords are the spellings of old list files, matched
 // exactly, dots and case included; anything else is read as a number the forgiving way.
@@ -44,6 +77,9 @@ Orientation orientationField(std::string_view field) {
     }
     if (field == "Scale..") {
         return kScale;
+    }
+    if (field == kFillKeyword) {
+        return kFill;
     }
     return toInt16Or(leadingNumber(field), 0);
 }
@@ -139,7 +175,11 @@ std::string listFileText(const WallpaperEntries& entries, const TrackedFolders& 
         }
         out += e.path;
         out += '\t';
-        appendDecimal(out, e.orientation);
+        if (e.orientation == kFill) {
+            out += kFillKeyword;
+        } else {
+            appendDecimal(out, e.orientation);
+        }
         out += "\r\n";
     }
     for (const std::string& folder : trackedFolders) {

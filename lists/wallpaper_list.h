@@ -12,16 +12,28 @@ class FileSystem;
 class RandomSource;
 
 // How an image is laid on the desktop: a 16-bit code. Boxes that offer orientations list them in code
-// order, so an item's index is its code. Codes outside 0-4 read from a file are kept as they are.
+// order, so an item's index is its code. Codes outside 0-5 read from a file are kept as they are.
 using Orientation = int16_t;
 inline constexpr Orientation kCenter = 0;
 inline constexpr Orientation kTile = 1;
 inline constexpr Orientation kStretch = 2;
 inline constexpr Orientation kScale = 3;
 inline constexpr Orientation kAuto = 4;
+// Scaled to cover the screen, centred, the overflow cropped. Newer than the others: list files name it
+// by a keyword, which an older reader takes for Center.
+inline constexpr Orientation kFill = 5;
 
-// "Center", "Tile", "Stretch", "Scale", "Auto" (empty for other codes).
+// "Center", "Tile", "Stretch", "Scale", "Auto", "Fill" (empty for other codes).
 const char* orientationName(Orientation code);
+
+// The boxes without Auto (orType) list Center, Tile, Stretch, Scale, then Fill: the index is the code up
+// to Scale, and Fill's item is the fifth. -1 for a code such a box doesn't offer.
+int orientationBoxIndex(Orientation code);
+// The code of such a box's item; -1 for no item.
+Orientation orientationAtBoxIndex(int index);
+// What a click on the line on show steps to: Center, Tile, Stretch, Scale, Fill and round again; any other
+// code starts the round at Center.
+Orientation nextOrientation(Orientation code);
 
 struct WallpaperEntry {
     std::string path;
@@ -63,9 +75,10 @@ ListFileContents readListFile(FileSystem& fs,
 // The same grammar on text already in memory.
 ListFileContents parseListText(std::string_view text, ListReader reader, Orientation defaultAddOrientation);
 
-// Writes images (path TAB code) then folders ("#" folder), CR LF lines, in UTF-8 without a byte order
-// mark (which the first version would take for part of the first path). A list without images leaves
-// the file untouched, and the file is replaced whole or not at all. Failures are not reported.
+// Writes images (path TAB code, Fill as its keyword) then folders ("#" folder), CR LF lines, in UTF-8
+// without a byte order mark (which the first version would take for part of the first path). A list
+// without images leaves the file untouched, and the file is replaced whole or not at all. Failures are
+// not reported.
 void writeListFile(FileSystem& fs,
                    const WallpaperEntries& entries,
                    const std::string& path,

@@ -33,7 +33,7 @@ void ListManager::load(int screenWidth, int screenHeight) {
     screenWidth_ = screenWidth;
     screenHeight_ = screenHeight;
     const Orientation add = s_.app.settings.DefaultAddOrientation;
-    s_.view.setAddOrientation(add >= kCenter && add <= kAuto ? add : kCenter);
+    s_.view.setAddOrientation(add >= kCenter && add <= kFill ? add : kCenter);
     listPath_.clear();
     if (!trimBlanks(s_.app.listPath).empty()) {
         listPath_ = s_.app.listPath;

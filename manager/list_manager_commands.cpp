@@ -135,7 +135,7 @@ void ListManager::refreshChecks() {
 }
 
 void ListManager::chooseAddOrientation(Orientation orientation) {
-    if (orientation < kCenter || orientation > kAuto) {
+    if (orientation < kCenter || orientation > kFill) {
         return;
     }
     s_.view.setAddOrientation(orientation);

@@ -205,6 +205,8 @@ void ManagerWindow::onCommand(int id, int code) {
         case IDM_DEFAULT_SCALE:
         case IDM_DEFAULT_AUTO:
             return m.chooseAddOrientation(static_cast<Orientation>(id - IDM_DEFAULT_CENTER));
+        case IDM_DEFAULT_FILL:
+            return m.chooseAddOrientation(kFill);
         case IDM_CHECK_DUPLICATES:
             return m.toggleCheckDuplicates();
         case IDM_AUTO_SORT_FOLDER:
@@ -256,7 +258,7 @@ void ManagerWindow::onCommand(int id, int code) {
                 case IDC_OR_TYPE: {
                     const auto chosen = ::SendMessageW(c_.orType, CB_GETCURSEL, 0, 0);
                     if (chosen >= 0) {
-                        m.onOrTypeChosen(static_cast<Orientation>(chosen));
+                        m.onOrTypeChosen(orientationAtBoxIndex(static_cast<int>(chosen)));
                     }
                     return;
                 }

@@ -3,8 +3,8 @@
 // Identifiers of the list manager (its range is 2000-2999). Plain #defines, so that the resource
 // compiler reads this header too.
 
-// Menu commands. The five default orientations are consecutive in code order: id - IDM_DEFAULT_CENTER
-// is the Orientation code.
+// Menu commands. The default orientations Center to Auto are consecutive in code order: id -
+// IDM_DEFAULT_CENTER is the Orientation code. Fill, newer, has the id after the last command's.
 #define IDM_NEW_LIST 2001
 #define IDM_OPEN_LIST 2002
 #define IDM_SAVE_LIST 2003
@@ -25,6 +25,7 @@
 #define IDM_CONTEXT_REMOVE 2018
 #define IDM_CONTEXT_DELETE 2019
 #define IDM_CONTEXT_SORT 2020
+#define IDM_DEFAULT_FILL 2021
 
 // Controls of frmManager.
 #define IDC_LIST1 2100

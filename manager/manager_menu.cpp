@@ -27,6 +27,7 @@ const std::vector<MenuLine>& managerMenuBar() {
         {2, "mnuOptionsDefaultTypeTile", "Tiled", IDM_DEFAULT_TILE},
         {2, "mnuOptionsDefaultTypeStretch", "Stretched", IDM_DEFAULT_STRETCH},
         {2, "mnuOptionsDefaultTypeScale", "Scaled", IDM_DEFAULT_SCALE},
+        {2, "mnuOptionsDefaultTypeFill", "Filled", IDM_DEFAULT_FILL},
         {2, "mnuAddS1", "-", 0},
         {2, "mnuOptionsDefaultTypeAuto", "Auto", IDM_DEFAULT_AUTO},
         {1, "mnuOptionsCheckDuplicates", "&Check for duplicates", IDM_CHECK_DUPLICATES},

@@ -50,9 +50,10 @@ void applyOptionChecks(HMENU menu, const OptionChecks& checks) {
     };
     check(IDM_CHECK_DUPLICATES, checks.checkDuplicates);
     check(IDM_AUTO_SORT_FOLDER, checks.autoSortFolder);
-    for (int code = 0; code <= 4; ++code) {
+    for (int code = 0; code <= kAuto; ++code) {
         check(static_cast<UINT>(IDM_DEFAULT_CENTER + code), checks.addOrientation == code);
     }
+    check(IDM_DEFAULT_FILL, checks.addOrientation == kFill);
 }
 
 }  // namespace tl

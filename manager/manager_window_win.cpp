@@ -4,6 +4,8 @@
 #include <commctrl.h>
 #include <shellapi.h>
 
+#include <initializer_list>
+
 #include "app/program_win.h"
 #include "app/resource_ids.h"
 #include "base/text.h"
@@ -27,8 +29,8 @@ HWND make(HWND parent, const char* className, const char* text, DWORD style, int
                              nullptr);
 }
 
-void fillOrientations(HWND combo, int count) {
-    for (Orientation code = 0; code < count; ++code) {
+void fillOrientations(HWND combo, std::initializer_list<Orientation> codes) {
+    for (Orientation code : codes) {
         addListItem(combo, orientationName(code), true);
     }
 }
@@ -73,12 +75,12 @@ void ManagerWindow::createControls() {
     c_.conFrame = createFrameBox(w, "Control selected files", IDC_CON_FRAME);
     ::ShowWindow(c_.conFrame, SW_HIDE);
     c_.orType = make(c_.conFrame, "COMBOBOX", "", dropDown | WS_VISIBLE, IDC_OR_TYPE);
-    fillOrientations(c_.orType, 4);
+    fillOrientations(c_.orType, {kCenter, kTile, kStretch, kScale, kFill});
     c_.removeFile = make(c_.conFrame, "BUTTON", "Remove from list", imageButton | WS_VISIBLE, IDC_REMOVE_FILE);
     c_.killFile = make(c_.conFrame, "BUTTON", "Delete from disk", imageButton | WS_VISIBLE, IDC_KILL_FILE);
 
     c_.addOrType = make(w, "COMBOBOX", "", dropDown | WS_VISIBLE, IDC_ADD_OR_TYPE);
-    fillOrientations(c_.addOrType, 5);
+    fillOrientations(c_.addOrType, {kCenter, kTile, kStretch, kScale, kAuto, kFill});
     c_.dupeChecking =
         make(w, "BUTTON", "Check for duplicates", BS_CHECKBOX | WS_TABSTOP | WS_VISIBLE, IDC_DUPE_CHECKING);
 
@@ -348,7 +350,7 @@ void ManagerWindow::setAddOrientation(Orientation orientation) {
 
 void ManagerWindow::showEntryOrientation(Orientation orientation) {
     // CB_SETCURSEL raises no selection change: the program's own choice is never taken for the user's.
-    ::SendMessageW(c_.orType, CB_SETCURSEL, static_cast<WPARAM>(orientation), 0);
+    ::SendMessageW(c_.orType, CB_SETCURSEL, static_cast<WPARAM>(orientationBoxIndex(orientation)), 0);
 }
 
 void ManagerWindow::setOptionChecks(const OptionChecks& checks) {

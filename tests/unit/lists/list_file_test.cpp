@@ -25,6 +25,8 @@ const LineCase kLines[] = {
     {"C:\\a.jpg\tTile...", LineCase::Image, "C:\\a.jpg", kTile},
     {"C:\\a.jpg\ttile...", LineCase::Image, "C:\\a.jpg", kCenter},
     {"C:\\a.jpg\tStretch", LineCase::Image, "C:\\a.jpg", kStretch},
+    {"C:\\a.jpg\tFill...", LineCase::Image, "C:\\a.jpg", kFill},
+    {"C:\\a.jpg\tFill..", LineCase::Image, "C:\\a.jpg", kCenter},
     {"C:\\a.jpg\t7", LineCase::Image, "C:\\a.jpg", 7},
     {"C:\\a.jpg\t", LineCase::Image, "C:\\a.jpg", kCenter},
     {"C:\\a.jpg\t 2 ", LineCase::Image, "C:\\a.jpg", kStretch},
