@@ -10,7 +10,7 @@
 namespace tl {
 
 #define TL_KEY(name) SettingKey{#name, &Settings::name}
-const std::array<SettingKey, 27> kSettingKeys = {
+const std::array<SettingKey, 28> kSettingKeys = {
     TL_KEY(AutomaticShutdown),
     TL_KEY(OutputPath),
     TL_KEY(DefaultOrientation),
@@ -38,6 +38,7 @@ const std::array<SettingKey, 27> kSettingKeys = {
     TL_KEY(HotKey),
     TL_KEY(HotKeyMod),
     TL_KEY(HideDesktopIcons),
+    TL_KEY(MonitorMode),
 };
 #undef TL_KEY
 
@@ -156,6 +157,7 @@ void applyDefaultSettings(AppState& app) {
     s.HotKey = 83;
     s.HotKeyMod = 3;
     s.HideDesktopIcons = false;
+    s.MonitorMode = 0;
     app.paused = false;
 }
 

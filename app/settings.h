@@ -43,6 +43,9 @@ struct Settings {
     int32_t HotKey = 0;
     int16_t HotKeyMod = 0;
     bool HideDesktopIcons = false;
+    // What each monitor shows: 0 decides by the number of monitors (one picture with one, a picture for
+    // each with more), 1 one picture on every monitor, 2 a picture for each, 3 one picture across all.
+    int16_t MonitorMode = 0;
 };
 
 // One key of the settings file and the field it fills.
@@ -53,8 +56,9 @@ struct SettingKey {
         field;
 };
 
-// The 27 keys in file order.
-extern const std::array<SettingKey, 27> kSettingKeys;
+// The 28 keys in file order: the 27 of version 1.0, then the newer ones, so that a file written by 1.0
+// differs from ours only by the lines added at its end.
+extern const std::array<SettingKey, 28> kSettingKeys;
 
 inline constexpr const char* kSettingsSection = "Tessaline";
 inline constexpr const char* kSettingsFileName = "setup.pref";
@@ -91,7 +95,7 @@ void applyDefaultSettings(AppState& app);
 // Throws SettingsError for a value that can't be converted; nothing is written then.
 void loadSettings(AppState& app, ProfileFile& profile, FileSystem& fs, Ui& ui, char decimalSeparator);
 
-// Writes all 27 keys. Only the last write is looked at; its failure is reported once to the user.
+// Writes all the keys. Only the last write is looked at; its failure is reported once to the user.
 void saveSettings(const AppState& app, ProfileFile& profile, Ui& ui, char decimalSeparator);
 
 }  // namespace tl

@@ -23,17 +23,34 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
     std::string fileToSet = path;
     const Orientation orientation = e.orientation;
     int style = orientation;
-    const bool mustApply = previewTag_ != path || orientation != lastAppliedOrientation_ || forceChange;
+    const bool mustApply =
+        previewTag_ != path || orientation != lastAppliedOrientation_ || forceChange || othersChanged_;
 
     // A forced re-apply of the entry on show keeps the history as it is, so that "Previous" still
-    // goes back one step.
-    if (!(forceChange && previousIndex_ == currentIndex_)) {
+    // goes back one step; a switch of every monitor's picture is a step of its own.
+    if (!(forceChange && previousIndex_ == currentIndex_) || switchedOthers_) {
         previousIndex_ = currentIndex_;
         currentIndex_ = index;
     }
 
     // From here on a failing step is passed over and the next one runs.
-    if (path != previewTag_ || forceChange) {
+    bool tiled = orientation == kTile;
+    bool composed = false;
+    if (composes(orientation)) {
+        // The composition decodes the other monitors' pictures itself, at the size each needs; this one is
+        // kept whole from the preview's load for it.
+        if ((path != previewTag_ || forceChange) && !pictures_.showImageFacts(e, PictureUse::whole, screen_)) {
+            removeSelectedEntries();
+            return;
+        }
+        applyComposed(e, mustApply);
+        // The composed bitmap is the virtual screen's size: spanned over it where the desktop can, else
+        // tiled from the primary monitor's corner.
+        fileToSet = currentBitmapPath;
+        style = kTile;
+        tiled = !desktop_.spansWallpaper();
+        composed = true;
+    } else if (path != previewTag_ || forceChange) {
         const PictureUse use = orientation == kScale ? PictureUse::fitted
                                : s.UseActiveDesktop  ? PictureUse::previewOnly
                                                      : PictureUse::whole;
@@ -53,14 +70,18 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
             // Always a BMP, whatever the source: the desktop takes no JPEG without Active Desktop.
             pictures_.saveCurrentBitmap(currentBitmapPath);
         }
-    } else if (mustApply && lastAppliedOrientation_ == kScale && orientation != kScale && !s.UseActiveDesktop) {
-        // The bitmap was scaled to the screen for the entry on show: the picture goes back to its own size.
+    } else if (mustApply && (lastAppliedOrientation_ == kScale || composedOnShow_) && orientation != kScale &&
+               !s.UseActiveDesktop) {
+        // The bitmap was scaled or composed for the entry on show: the picture goes back to its own size.
         pictures_.saveCurrentBitmap(currentBitmapPath);
     }
-    if (!s.UseActiveDesktop || orientation == kScale) {
+    if (!composed && mustApply) {
+        composedOnShow_ = false;
+    }
+    if (!composed && (!s.UseActiveDesktop || orientation == kScale)) {
         fileToSet = currentBitmapPath;
     }
-    if (orientation == kScale && mustApply) {
+    if (!composed && orientation == kScale && mustApply) {
         if (e.height == 0 || e.width == 0) {
             // The entry came from a list without the picture's size, and ShowImageFacts didn't run for it
             // this time: the size of the picture on show, else 1 x 1 below.
@@ -80,8 +101,10 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
         desktop_.setActiveDesktopWallpaper(fileToSet, style, true);
     } else {
         if (mustApply && s.AutomaticShowOnDesktop) {
-            desktop_.setDesktopValue("WallpaperStyle", std::to_string(style));
-            desktop_.setDesktopValue("TileWallpaper", orientation == kTile ? "1" : "0");
+            // Tiling is "TileWallpaper" 1 with "WallpaperStyle" 0, spanning "WallpaperStyle" 22; a list's
+            // Tile writes its own code, 1, as it always has.
+            desktop_.setDesktopValue("WallpaperStyle", !composed ? std::to_string(style) : tiled ? "0" : "22");
+            desktop_.setDesktopValue("TileWallpaper", tiled ? "1" : "0");
             desktop_.setDeskWallpaper(fileToSet);
         }
         // Written after the system call, and also when nothing was applied, on purpose.
@@ -95,9 +118,27 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
     updateTrayIcon();
     lastAppliedOrientation_ = orientation;
     forceNextApply_ = false;
+    switchedOthers_ = false;
+    othersChanged_ = false;
     if (s.TransText) {
         host_.makeIconTextTransparent(true);
     }
+}
+
+void frmMain::applyComposed(const WallpaperEntry& e, bool mustApply) {
+    if (mustApply) {
+        const MonitorLayout layout = monitorLayout();
+        std::vector<WallpaperEntry> shown;
+        if (layout == MonitorLayout::EachOwn) {
+            shown = others_;
+        }
+        shown.push_back(e);
+        const Settings& s = app_.settings;
+        WallpaperPlan plan = planWallpaper(layout, monitors_, shown, s.RatioTolerance, s.HalfRatio);
+        plan.spanned = desktop_.spansWallpaper();
+        pictures_.composeWallpaper(plan, s.OutputPath);
+    }
+    composedOnShow_ = true;
 }
 
 }  // namespace tl

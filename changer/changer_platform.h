@@ -3,8 +3,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "changer/apply_rules.h"
+#include "changer/monitor_layout.h"
 #include "lists/wallpaper_list.h"
 
 // What frmMain's rules ask of the platform. The Win32 side implements these over the real desktop, tray
@@ -23,6 +25,9 @@ class Desktop {
     virtual void setDeskWallpaper(const std::string& path) = 0;
     // Sets the wallpaper through IActiveDesktop, switching Active Desktop on first when asked to.
     virtual void setActiveDesktopWallpaper(const std::string& path, int style, bool enableActiveDesktop) = 0;
+    // Whether the desktop lays a wallpaper over the rectangle of all monitors ("WallpaperStyle" 22, from
+    // Windows 8 on); otherwise a tiled wallpaper starts at the primary monitor's corner.
+    virtual bool spansWallpaper() = 0;
     // Whether the window in front is maximised.
     virtual bool isSomethingMaximised() = 0;
 };
@@ -46,6 +51,9 @@ class WallpaperPictures {
     virtual bool saveScaledBitmap(const std::string& bitmapPath, int32_t width, int32_t height) = 0;
     // The natural size of the picture the preview holds; 0 x 0 when there is none.
     virtual ScreenSize shownPictureSize() = 0;
+    // One bitmap spanning the virtual screen with each picture of the plan laid out in its area, written
+    // as a BMP: what the desktop is given when there is more than one monitor, or a picture to fill.
+    virtual bool composeWallpaper(const WallpaperPlan& plan, const std::string& bitmapPath) = 0;
     // Lets go of the full-size picture an apply worked on; the preview keeps its small copy.
     virtual void releasePicture() = 0;
     // Empties the preview.
@@ -81,6 +89,8 @@ class MainFormHost {
 
     virtual void setMinuteTimer(bool enabled) = 0;
     virtual ScreenSize screenSize() = 0;
+    // The monitors' rectangles on the desktop, the primary's at (0, 0).
+    virtual std::vector<ScreenRect> monitors() = 0;
     virtual double secondsSinceMidnight() = 0;
     virtual void saveSettings() = 0;
     virtual void beep() = 0;

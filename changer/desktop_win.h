@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "changer/changer_platform.h"
+#include "changer/monitors_win.h"
 
 namespace tl {
 
@@ -30,6 +31,7 @@ class Win32Desktop : public Desktop {
     void setDesktopValue(std::string_view valueName, std::string_view text) override;
     void setDeskWallpaper(const std::string& path) override;
     void setActiveDesktopWallpaper(const std::string& path, int style, bool enableActiveDesktop) override;
+    bool spansWallpaper() override { return desktopSpansWallpaper(); }
     bool isSomethingMaximised() override;
 };
 

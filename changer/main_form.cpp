@@ -27,6 +27,7 @@ bool frmMain::onLoad() {
     host_.buildResolutionMenu();
     host_.fillOrType();
     screen_ = host_.screenSize();
+    monitors_ = monitorsInTurn(host_.monitors());
     readListFile(app_.listPath);
     if (host_.list1().count() == 0) {
         // The program lives on in the manager.
@@ -114,7 +115,10 @@ void frmMain::switchWallpaper(bool force) {
     }
     minuteCount_ = 0;
     int newIndex = oldIndex;
-    if (app_.settings.Mode == 1) {
+    if (picturesPerSwitch(monitorLayout(), monitors_.size()) > 1 &&
+        (app_.settings.Mode == 1 || app_.settings.Mode == 2)) {
+        newIndex = pickOtherPictures(oldIndex, count);
+    } else if (app_.settings.Mode == 1) {
         // Reseeded from the time of day before every draw; a repeat of the current line is allowed.
         random_.reseed(host_.secondsSinceMidnight());
         newIndex = static_cast<int>(count * random_.next());
@@ -127,12 +131,54 @@ void frmMain::switchWallpaper(bool force) {
     engineMove(newIndex);
 }
 
+int frmMain::pickOtherPictures(int oldIndex, int count) {
+    const int pictures = picturesPerSwitch(monitorLayout(), monitors_.size());
+    previousOthers_ = others_;
+    others_.clear();
+    std::vector<int> taken;
+    int index = oldIndex;
+    if (app_.settings.Mode == 1) {
+        // Seeded once for all the draws: reseeded from the clock before each, draws made in the same
+        // instant would all give the same picture.
+        random_.reseed(host_.secondsSinceMidnight());
+    }
+    for (int k = 0; k < pictures; ++k) {
+        if (app_.settings.Mode == 2) {
+            index = index >= count - 1 ? 0 : index + 1;
+        } else {
+            // No picture on two monitors at once while the list has enough of them.
+            for (int attempt = 0; attempt < 32; ++attempt) {
+                index = std::min(static_cast<int>(count * random_.next()), count - 1);
+                if (count < pictures || std::find(taken.begin(), taken.end(), index) == taken.end()) {
+                    break;
+                }
+            }
+        }
+        taken.push_back(index);
+        if (k + 1 < pictures) {
+            others_.push_back(entries_[static_cast<size_t>(index)]);
+        }
+    }
+    const auto same = [](const std::vector<WallpaperEntry>& a, const std::vector<WallpaperEntry>& b) {
+        return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const auto& x, const auto& y) {
+            return x.path == y.path && x.orientation == y.orientation;
+        });
+    };
+    // A move of the history even when the current line's picture stays, and an apply when the other
+    // monitors' pictures change.
+    switchedOthers_ = true;
+    othersChanged_ = !same(others_, previousOthers_);
+    return index;
+}
+
 void frmMain::onPrevious() {
     const int index = previousIndex_;
     minuteCount_ = 0;
     if (index < 0 || index >= host_.list1().count()) {
         return;
     }
+    // The other monitors go back a step with the current line.
+    std::swap(others_, previousOthers_);
     forceNextApply_ = true;
     engineMove(index);
 }
@@ -219,11 +265,8 @@ void frmMain::list1Click() {
     }
     WallpaperEntry& entry = entries_[static_cast<size_t>(index)];
     if (previewTag_ == entry.path) {
-        // The line on show clicked again: its orientation steps on, Center, Tile, Stretch, Scale.
-        entry.orientation = static_cast<Orientation>(entry.orientation + 1);
-        if (entry.orientation >= kAuto || entry.orientation < 0) {
-            entry.orientation = kCenter;
-        }
+        // The line on show clicked again: its orientation steps on, Center, Tile, Stretch, Scale, Fill.
+        entry.orientation = nextOrientation(entry.orientation);
         setOrType(entry.orientation);
         onOrTypeClick();
     } else {
@@ -237,7 +280,7 @@ void frmMain::list1Click() {
 
 void frmMain::onOrTypeClick() {
     if (!ignoreOrientationClick_) {
-        const int chosen = host_.orTypeIndex();
+        const Orientation chosen = orientationAtBoxIndex(host_.orTypeIndex());
         if (chosen >= 0 && chosen != lastAppliedOrientation_) {
             ListBoxView& list = host_.list1();
             const int count = std::min(list.count(), imageCount(entries_));
@@ -262,11 +305,12 @@ void frmMain::onSwitchOrientation(Orientation orientation) {
     onOrTypeClick();
 }
 
-void frmMain::setOrType(int index) {
-    host_.setOrTypeIndex(index);
+void frmMain::setOrType(Orientation orientation) {
+    host_.setOrTypeIndex(orientationBoxIndex(orientation));
     for (const auto& [id, code] : {std::pair{mnuTraySOCentered, kCenter}, std::pair{mnuTraySOTiled, kTile},
-                                   std::pair{mnuTraySOStretch, kStretch}, std::pair{mnuTraySOScaled, kScale}}) {
-        menus_.setChecked(id, code == index);
+                                   std::pair{mnuTraySOStretch, kStretch}, std::pair{mnuTraySOScaled, kScale},
+                                   std::pair{mnuTraySOFilled, kFill}}) {
+        menus_.setChecked(id, code == orientation);
     }
     host_.menusChanged();
 }
@@ -300,6 +344,65 @@ void frmMain::onTaskbarCreated() {
 
 void frmMain::onDisplayChange() {
     screen_ = host_.screenSize();
+    const std::vector<ScreenRect> before = monitors_;
+    monitors_ = monitorsInTurn(host_.monitors());
+    if (monitors_ == before) {
+        return;
+    }
+    // Monitors that went take their pictures with them; the current line's stays, on the last one.
+    const size_t others = monitors_.empty() ? 0 : monitors_.size() - 1;
+    if (others_.size() > others) {
+        others_.resize(others);
+    }
+    refreshMonitorChecks();
+    layOutAgain();
+}
+
+void frmMain::onMonitorLayout(MonitorLayout layout) {
+    app_.settings.MonitorMode = static_cast<int16_t>(layout);
+    host_.saveSettings();
+    refreshMonitorChecks();
+    if (layout == MonitorLayout::EachOwn && monitors_.size() > 1) {
+        // Each monitor its own picture at once, not at the next switch.
+        switchWallpaper(true);
+        return;
+    }
+    others_.clear();
+    previousOthers_.clear();
+    layOutAgain();
+}
+
+void frmMain::layOutAgain() {
+    const int index = host_.list1().listIndex();
+    if (!validIndex(index) || entries_[static_cast<size_t>(index)].path != previewTag_) {
+        return;  // nothing on show yet
+    }
+    if (!composedOnShow_ && !composes(entries_[static_cast<size_t>(index)].orientation)) {
+        return;  // one monitor and a picture the desktop lays out itself, as always
+    }
+    // The same pictures again: "Previous" still goes back to what was before them.
+    const int previous = previousIndex_;
+    const int current = currentIndex_;
+    bool force = true;
+    changeWallpaper(index, force);
+    previousIndex_ = previous;
+    currentIndex_ = current;
+}
+
+void frmMain::refreshMonitorChecks() {
+    const MonitorLayout layout = monitorLayout();
+    menus_.setChecked(mnuDisplayMonitorsSame, layout == MonitorLayout::SameOnEvery);
+    menus_.setChecked(mnuDisplayMonitorsEach, layout == MonitorLayout::EachOwn);
+    menus_.setChecked(mnuDisplayMonitorsAcross, layout == MonitorLayout::Across);
+    host_.menusChanged();
+}
+
+MonitorLayout frmMain::monitorLayout() const {
+    return resolvedMonitorLayout(app_.settings.MonitorMode, monitors_.size());
+}
+
+bool frmMain::composes(Orientation orientation) const {
+    return monitors_.size() > 1 || orientation == kFill;
 }
 
 bool frmMain::onMenuCommand(int id) {
@@ -337,6 +440,18 @@ bool frmMain::onMenuCommand(int id) {
             return true;
         case mnuTraySOScaled:
             onSwitchOrientation(kScale);
+            return true;
+        case mnuTraySOFilled:
+            onSwitchOrientation(kFill);
+            return true;
+        case mnuDisplayMonitorsSame:
+            onMonitorLayout(MonitorLayout::SameOnEvery);
+            return true;
+        case mnuDisplayMonitorsEach:
+            onMonitorLayout(MonitorLayout::EachOwn);
+            return true;
+        case mnuDisplayMonitorsAcross:
+            onMonitorLayout(MonitorLayout::Across);
             return true;
         case mnuTrayRemoveFromList:
         case mnuRemoveFile:
@@ -436,7 +551,7 @@ void frmMain::refreshMenus() {
     menus_.setChecked(mnuPaused, app_.paused);
     menus_.setChecked(mnuTrayPause, app_.paused);
     // The desktop options' check marks are theirs to keep.
-    host_.menusChanged();
+    refreshMonitorChecks();
 }
 
 void frmMain::buildListMenu() {

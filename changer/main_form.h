@@ -82,8 +82,11 @@ class frmMain : private RemovalForm, public TrackerHost {
     void onTrayQuit();
     // Explorer restarted: the tray is new and empty.
     void onTaskbarCreated();
-    // The display mode changed: Scale and Auto measure the screen again.
+    // The display mode or the monitors changed (one plugged in, removed or turned): Scale and Auto measure
+    // the screen again, and the pictures on show are laid out again on the monitors there are now.
     void onDisplayChange();
+    // The Display Properties choice of what each monitor shows (a MonitorLayout other than Automatic).
+    void onMonitorLayout(MonitorLayout layout);
 
     // Runs the menu item's action; false for items whose action is not the changer's own.
     bool onMenuCommand(int id);
@@ -138,6 +141,10 @@ class frmMain : private RemovalForm, public TrackerHost {
     int tenMinuteCount() const { return tenMinuteCount_; }
     Orientation lastAppliedOrientation() const { return lastAppliedOrientation_; }
     ScreenSize screen() const { return screen_; }
+    // The monitors in turn order, and the pictures on show on all but the last of them (whose picture is
+    // the current line's), when each monitor has its own.
+    const std::vector<ScreenRect>& monitors() const { return monitors_; }
+    const std::vector<WallpaperEntry>& otherPictures() const { return others_; }
     bool panelBusy() const { return panelBusy_; }
     const std::string& lastRemovedPath() const { return lastRemovedPath_; }
     bool trackerLoaded() const { return trackerLoaded_; }
@@ -155,9 +162,22 @@ class frmMain : private RemovalForm, public TrackerHost {
     void engineMove(int index);
     void list1Click();
     // Sets orType's index from code; the click it raises is the handler's to run or not.
-    void setOrType(int index);
+    void setOrType(Orientation orientation);
     TrayIconKind trayIconKind() const;
     bool validIndex(int index) const;
+    MonitorLayout monitorLayout() const;
+    void refreshMonitorChecks();
+    // The pictures on show laid out again on the monitors there are now, when the desktop has a composed
+    // bitmap or is to get one; the history is kept.
+    void layOutAgain();
+    // Whether an entry goes to the desktop as a composed bitmap: with more than one monitor, and for Fill;
+    // one monitor and the older orientations keep the single picture's way, byte for byte.
+    bool composes(Orientation orientation) const;
+    // The composed apply of entry e, the current line's picture, beside the others on show.
+    void applyComposed(const WallpaperEntry& e, bool mustApply);
+    // The pictures for all monitors but the last, taken in turn before the cursor moves to the last one's;
+    // returns the index for the last.
+    int pickOtherPictures(int oldIndex, int count);
     void writeList();
     // refreshList1, then the line on show is made the current one again (without a click), so that the
     // engine goes on from it and the tray's commands still act on it.
@@ -196,6 +216,12 @@ class frmMain : private RemovalForm, public TrackerHost {
     Orientation lastAppliedOrientation_ = kCenter;
     std::string previewTag_;
     ScreenSize screen_;
+    std::vector<ScreenRect> monitors_;
+    std::vector<WallpaperEntry> others_;
+    std::vector<WallpaperEntry> previousOthers_;
+    bool composedOnShow_ = false;  // the bitmap on the desktop is a composed one
+    bool switchedOthers_ = false;  // this switch took pictures for the other monitors
+    bool othersChanged_ = false;   // and they differ from those on show
     MenuState menus_;
     bool unloaded_ = false;
 

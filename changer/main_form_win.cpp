@@ -22,6 +22,7 @@
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
 #include "changer/menus_win.h"
+#include "changer/monitors_win.h"
 #include "changer/panel_win.h"
 #include "changer/pictures_win.h"
 #include "changer/preview_window_win.h"
@@ -99,6 +100,7 @@ class MainWindow : public Window, private MainFormHost {
     int orTypeIndex() const override;
     void setMinuteTimer(bool enabled) override;
     ScreenSize screenSize() override;
+    std::vector<ScreenRect> monitors() override { return displayMonitors(); }
     double secondsSinceMidnight() override;
     void saveSettings() override { program().saveSettings(); }
     void beep() override { program().ui.beep(); }
@@ -515,7 +517,7 @@ void MainWindow::registerSwitchHotKey() {
 
 void MainWindow::fillOrType() {
     ::SendMessageW(panel_.orType(), CB_RESETCONTENT, 0, 0);
-    for (Orientation code : {kCenter, kTile, kStretch, kScale}) {
+    for (Orientation code : {kCenter, kTile, kStretch, kScale, kFill}) {
         addListItem(panel_.orType(), orientationName(code), true);
     }
 }

@@ -14,7 +14,7 @@ void frmMain::onFormResize(bool visible, FormWindowState state) {
     if (state == FormWindowState::Minimized) {
         // Back to the tray: the menus up to date, the icon, and the clock unless paused.
         refreshMenus();
-        setOrType(host_.orTypeIndex());
+        setOrType(orientationAtBoxIndex(host_.orTypeIndex()));
         tray_.add(trayIconKind(), trayTip(previewTag_));
         if (app_.paused) {
             updateTrayIcon();

@@ -1,6 +1,7 @@
 #include "changer/pictures_win.h"
 
 #include "changer/apply_rules.h"
+#include "changer/monitors_win.h"
 #include "changer/scaler_win.h"
 #include "lists/facts_panel_win.h"
 #include "lists/picture_scale.h"
@@ -62,6 +63,13 @@ bool Win32WallpaperPictures::saveScaledBitmap(const std::string& bitmapPath, int
     loaded.reset();
     panel_.releasePicture();  // the larger picture goes before the file is written
     return scaled && writeBitmapFile(scaled, bitmapPath);
+}
+
+bool Win32WallpaperPictures::composeWallpaper(const WallpaperPlan& plan, const std::string& bitmapPath) {
+    // The picture just shown is decoded already; the others are decoded at the size they need.
+    const bool ok = tl::composeWallpaper(plan, bitmapPath, panel_.picture(), shownPath_);
+    panel_.releasePicture();
+    return ok;
 }
 
 void Win32WallpaperPictures::releasePicture() {

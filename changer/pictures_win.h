@@ -30,6 +30,7 @@ class Win32WallpaperPictures : public WallpaperPictures {
     bool saveCurrentBitmap(const std::string& bitmapPath) override;
     bool saveScaledBitmap(const std::string& bitmapPath, int32_t width, int32_t height) override;
     ScreenSize shownPictureSize() override { return shownSize_; }
+    bool composeWallpaper(const WallpaperPlan& plan, const std::string& bitmapPath) override;
     void releasePicture() override;
     void clearPreview() override;
     void hidePreviewFrame() override;

@@ -37,6 +37,7 @@ inline std::vector<std::string> defaultSettingsFile(const std::string& dir) {
         "HotKey=83",
         "HotKeyMod=3",
         "HideDesktopIcons=False",
+        "MonitorMode=0",
     };
 }
 

@@ -46,6 +46,7 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     void setActiveDesktopWallpaper(const std::string& path, int style, bool enable) override {
         log.push_back("activedesktop " + path + " style " + std::to_string(style) + (enable ? " on" : " off"));
     }
+    bool spansWallpaper() override { return spans; }
     bool isSomethingMaximised() override { return maximised; }
 
     // WallpaperPictures; a saved bitmap is a BMP header of the shown picture's size, a scaled one of the size
@@ -81,6 +82,17 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     ScreenSize shownPictureSize() override {
         return shown.empty() ? ScreenSize{} : ScreenSize{shownSize.first, shownSize.second};
     }
+    bool composeWallpaper(const WallpaperPlan& plan, const std::string& path) override {
+        std::string line = "compose";
+        for (const MonitorPicture& p : plan.pictures) {
+            line += " " + p.path.substr(p.path.rfind('\\') + 1) + "@" + std::to_string(p.area.left) + "," +
+                    std::to_string(p.area.top);
+        }
+        log.push_back(line);
+        lastPlan = plan;
+        fs.writeNewFile(path, bmpHeader(plan.desktop.width, plan.desktop.height));
+        return true;
+    }
     void releasePicture() override {}
     void clearPreview() override { log.push_back("clear preview"); }
     void hidePreviewFrame() override {}
@@ -106,6 +118,7 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     int orTypeIndex() const override { return orType; }
     void setMinuteTimer(bool enabled) override { timerEnabled = enabled; }
     ScreenSize screenSize() override { return {1024, 768}; }
+    std::vector<ScreenRect> monitors() override { return monitorRects; }
     double secondsSinceMidnight() override { return clock += 0.25; }
     void saveSettings() override { log.push_back("save settings"); }
     void beep() override { log.push_back("beep"); }
@@ -161,6 +174,9 @@ class FakeChangerPlatform : public Desktop, public WallpaperPictures, public Tra
     bool maximised = false;
     std::string lastScaled;  // the path of the last scaled bitmap
     PictureUse lastUse = PictureUse::whole;
+    std::vector<ScreenRect> monitorRects{{0, 0, 1024, 768}};
+    WallpaperPlan lastPlan;
+    bool spans = false;
     std::vector<uintptr_t> stackDepths;  // where on the stack each load ran
     std::set<std::string> unloadable;
     std::map<std::string, std::pair<int, int>> sizes;

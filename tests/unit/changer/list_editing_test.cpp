@@ -20,12 +20,12 @@ TEST_F(ListEditing, ClickingAnotherLineAppliesItAndClickingTheLineOnShowCyclesIt
     EXPECT_EQ(fake.count("load "), 1);
     EXPECT_EQ(fake.count("spi "), 1);
     EXPECT_EQ(fake.orType, kCenter) << "orType shows the entry's orientation";
-    for (Orientation o : {kTile, kStretch, kScale, kCenter, kTile}) {
+    for (Orientation o : {kTile, kStretch, kScale, kFill, kCenter, kTile}) {
         fake.log.clear();
         userClick(1);
         EXPECT_EQ(std::tuple(form.entries()[1].orientation, form.lastAppliedOrientation(), fake.orType,
                              fake.count("reg WallpaperStyle=")),
-                  std::tuple(o, o, o, 1))
+                  std::tuple(o, o, orientationBoxIndex(o), 1))
             << "entry, applied, orType and one re-apply";
     }
     EXPECT_EQ(dir.read("MyWallpapers.wall"), pic("a") + "\t0\r\n" + pic("b") + "\t1\r\n" + pic("c") + "\t0\r\n")

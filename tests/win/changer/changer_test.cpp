@@ -1,8 +1,13 @@
 // The real program in the tray: each kind of picture on the desktop, the tray menu's Delay and Quit, the
 // tray icon and the end of the session.
+#include <algorithm>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "changer/scaler_win.h"
+#include "lists/picture_win.h"
+#include "shared/default_settings_file.h"
 #include "support/program_test.h"
 
 namespace tl::wintest {
@@ -87,7 +92,7 @@ TEST_F(Changer, TheDelayDialogRefusesOutOfRangeAndQuitWritesTheListAndTheSetting
               (std::vector<std::string>{paths[1] + "\t1", paths[2] + "\t2", paths[3] + "\t0", paths[4] + "\t3",
                                         "#" + dir.file("folder")}));
     EXPECT_TRUE(dir.exists("broken.jpg")) << "the file itself stays";
-    EXPECT_EQ(dir.lines("setup.pref").size(), 28u) << "the section and all 27 keys";
+    EXPECT_EQ(dir.lines("setup.pref").size(), 29u) << "the section and all 28 keys";
     EXPECT_TRUE(settingIs("Delay=32000"));
     EXPECT_TRUE(settingIs("LastList=" + listFile()));
 }
@@ -121,6 +126,52 @@ TEST_F(Changer, TheIconComesBackWithANewTaskbarAndTheEndOfTheSessionWritesOnce) 
     ::PostMessageA(form, WM_ENDSESSION, TRUE, ENDSESSION_LOGOFF);
     EXPECT_TRUE(tl.hasExited()) << "the program did not end with the session";
     EXPECT_EQ(dir.read("setup.pref"), settings);
+}
+
+TEST_F(Changer, OnOneMonitorEverythingWrittenIsWhatVersionOneWrote) {
+    // A settings file as 1.0 wrote it (every key but the newest), in sequence.
+    std::vector<std::string> settings = test::defaultSettingsFile(dir.path());
+    settings.pop_back();
+    std::replace(settings.begin(), settings.end(), std::string("Mode=1"), std::string("Mode=2"));
+    std::string text;
+    for (const std::string& line : settings) {
+        text += line + "\r\n";
+    }
+    const std::vector<TestPicture> pictures = {{"a.jpg", "jpg", 500, 250, 0x3366CC, "0"},
+                                               {"b.bmp", "bmp", 64, 48, 0xCC3300, "1"},
+                                               {"c.gif", "gif", 300, 200, 0x33CC33, "2"},
+                                               {"d.png", "png", 640, 400, 0xFFCC00, "3"}};
+    write(pictures);
+    dir.write("setup.pref", text);
+    const std::string list = dir.read("MyWallpapers.wall");
+    // The picture decoded and written as the one BMP it always was; Scale's is the Scaler's.
+    const struct {
+        const char* style;
+        const char* tile;
+    } values[] = {{"0", "0"}, {"1", "1"}, {"2", "0"}, {"0", "0"}};
+    RunningProgram tl(dir);
+    HWND form = started(tl, 500, 250);
+    ASSERT_NE(form, nullptr);
+    for (size_t i = 0; i < pictures.size(); ++i) {
+        const TestPicture& p = pictures[i];
+        if (i > 0) {
+            postTrayMouse(form, WM_LBUTTONDOWN);
+        }
+        const std::optional<Picture> decoded = loadPicture(paths[i]);
+        ASSERT_TRUE(decoded && writeBitmapFile(*decoded, dir.file("expected.bmp")));
+        if (i == 3) {
+            ASSERT_TRUE(tl::scaleImageFile(dir.file("expected.bmp"), dir.file("expected.bmp"), 1.6, 400, 640, true));
+        }
+        const std::string expected = dir.read("expected.bmp");
+        EXPECT_TRUE(waitFor([&] { return dir.read("tl_current.bmp") == expected; })) << p.name;
+        EXPECT_EQ(desktopValue("WallpaperStyle"), values[i].style) << p.name;
+        EXPECT_EQ(desktopValue("TileWallpaper"), values[i].tile) << p.name;
+        EXPECT_EQ(desktopValue("Wallpaper"), bitmap()) << p.name;
+    }
+    ASSERT_TRUE(quit(tl, form));
+    EXPECT_EQ(dir.read("MyWallpapers.wall"), list);
+    settings.push_back("MonitorMode=0");
+    EXPECT_EQ(dir.lines("setup.pref"), settings) << "1.0's keys as they were, and the new one after them";
 }
 
 }  // namespace
