@@ -33,6 +33,13 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
         currentIndex_ = index;
     }
 
+    // A picture there but unreadable is held open by another program for now: its entry stays for a later
+    // turn, and this change shows nothing new.
+    const auto heldOpen = [&] {
+        const std::optional<FileFacts> facts = fs_.facts(path);
+        return facts && !facts->isDirectory && !fs_.readFile(path, 1);
+    };
+
     // From here on a failing step is passed over and the next one runs.
     bool tiled = orientation == kTile;
     bool composed = false;
@@ -40,7 +47,9 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
         // The composition decodes the other monitors' pictures itself, at the size each needs; this one is
         // kept whole from the preview's load for it.
         if ((path != previewTag_ || forceChange) && !pictures_.showImageFacts(e, PictureUse::whole, screen_)) {
-            removeSelectedEntries();
+            if (!heldOpen()) {
+                removeSelectedEntries();
+            }
             return;
         }
         applyComposed(e, mustApply);
@@ -55,10 +64,7 @@ void frmMain::changeWallpaper(int index, bool& forceChange) {
                                : s.UseActiveDesktop  ? PictureUse::previewOnly
                                                      : PictureUse::whole;
         if (!pictures_.showImageFacts(e, use, screen_)) {
-            const std::optional<FileFacts> facts = fs_.facts(path);
-            if (facts && !facts->isDirectory && !fs_.readFile(path, 1)) {
-                // There but unreadable: another program holds it open for now. The entry stays for a later
-                // turn; this change shows nothing new.
+            if (heldOpen()) {
                 return;
             }
             // The picture can't be loaded: the entry leaves the list, a neighbour is applied instead, and
