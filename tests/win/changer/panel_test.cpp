@@ -1,5 +1,9 @@
 // The real program's panel: restored from the tray, its list, preview and facts, the clicks on its lines,
 // and its remove and delete buttons on real files.
+#include <windows.h>
+// After windows.h, whose types it uses.
+#include <versionhelpers.h>
+
 #include <fstream>
 #include <iterator>
 #include <optional>
@@ -132,9 +136,12 @@ TEST_F(Panel, ClickingTheLineOnShowCyclesItsOrientationAndReappliesIt) {
         const char* tile;
         int width, height;  // of tl_current.bmp
     };
+    // Fill's screen-sized bitmap is spanned from Windows 8 on (Wine says 10), tiled before.
+    const bool kSpans = ::IsWindows8OrGreater();
     const Step steps[] = {{"Tile", "1", "1", "1", 120, 90},
                           {"Stretch", "2", "2", "0", 120, 90},
                           {"Scale", "3", "0", "0", 1024, 768},
+                          {"Fill", "Fill...", kSpans ? "22" : "0", kSpans ? "0" : "1", 1024, 768},
                           {"Center", "0", "0", "0", 120, 90}};
     for (const Step& step : steps) {
         pause(milliseconds(::GetDoubleClickTime() + 100));  // a second click, not a double click
