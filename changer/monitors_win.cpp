@@ -107,7 +107,12 @@ bool composeWallpaper(const WallpaperPlan& plan,
             source = &part;
         }
         if (!at.tiled && (at.target.width != source->width() || at.target.height != source->height())) {
-            scaled = scaledPicture(*source, at.target.width, at.target.height);
+            // A picture twice the size or more (the whole photo the preview loaded) is averaged down, the
+            // area filter a large shrink wants; nearer sizes and enlargements go through the sharp resampler.
+            const bool farLarger =
+                source->width() >= 2 * at.target.width && source->height() >= 2 * at.target.height;
+            scaled = farLarger ? scaledPicture(*source, at.target.width, at.target.height)
+                               : resampledPicture(*source, at.target.width, at.target.height);
             if (!scaled) {
                 continue;
             }
