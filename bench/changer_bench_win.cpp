@@ -227,6 +227,18 @@ void report(const char* what, std::vector<double> ms) {
     std::printf("%s best ms: %.1f\n%s median ms: %.1f\n", what, ms.front(), what, ms[ms.size() / 2]);
 }
 
+// The form's switch, forced each round so that the same entry is applied again in full, timed and reported.
+void timeForcedSwitches(BenchForm& b, const char* what, int rounds) {
+    std::vector<double> apply;
+    b.phases.clear();
+    for (int i = 0; i < rounds; ++i) {
+        const auto start = Clock::now();
+        b.form.switchWallpaper(true);
+        apply.push_back(msSince(start));
+    }
+    report(what, apply);
+}
+
 std::string temporaryFolder() {
     wchar_t temp[MAX_PATH + 1] = {};
     ::GetTempPathW(MAX_PATH + 1, temp);
@@ -300,14 +312,7 @@ int main(int argc, char** argv) {
             std::fprintf(stderr, "can't apply %s\n", large.c_str());
             return 1;
         }
-        std::vector<double> apply;
-        b.phases.clear();
-        for (int i = 0; i < rounds; ++i) {
-            const auto start = Clock::now();
-            b.form.switchWallpaper(true);
-            apply.push_back(msSince(start));
-        }
-        report("apply", apply);
+        timeForcedSwitches(b, "apply", rounds);
         std::printf(
             "apply parts mean ms: decode and preview %.1f, bmp write %.1f, desktop values and call %.1f, "
             "tray %.1f\n",
@@ -340,14 +345,7 @@ int main(int argc, char** argv) {
         BenchForm b(dir, large + "\tFill...\r\n" + second + "\tFill...\r\n");
         b.host.monitorRects = {{0, 0, 1920, 1080}, {1920, 0, 1920, 1080}};
         b.form.onLoad();
-        std::vector<double> apply;
-        b.phases.clear();
-        for (int i = 0; i < rounds; ++i) {
-            const auto start = Clock::now();
-            b.form.switchWallpaper(true);
-            apply.push_back(msSince(start));
-        }
-        report("two-monitor apply", apply);
+        timeForcedSwitches(b, "two-monitor apply", rounds);
         std::printf("two-monitor apply parts mean ms: decode and preview %.1f, composition and bmp write %.1f\n",
                     b.phases.load / rounds, b.phases.save / rounds);
         b.form.unload();
@@ -359,14 +357,7 @@ int main(int argc, char** argv) {
         BenchForm b(dir, large + "\t3\r\n");
         b.host.screen = {1920, 1080};
         b.form.onLoad();
-        std::vector<double> apply;
-        b.phases.clear();
-        for (int i = 0; i < rounds; ++i) {
-            const auto start = Clock::now();
-            b.form.switchWallpaper(true);
-            apply.push_back(msSince(start));
-        }
-        report("scale apply", apply);
+        timeForcedSwitches(b, "scale apply", rounds);
         std::printf(
             "scale apply parts mean ms: decode and preview %.1f, resample and bmp write %.1f, desktop values and "
             "call %.1f\n",
