@@ -225,6 +225,11 @@ LRESULT MainWindow::onMessage(UINT msg, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             onCommand(LOWORD(wParam), HIWORD(wParam), reinterpret_cast<HWND>(lParam));
             return 0;
+        case WM_SHOWWINDOW:
+            if (wParam) {
+                panel_.showing();
+            }
+            break;
         case WM_DISPLAYCHANGE:
             if (form_) {
                 form_->onDisplayChange();

@@ -82,7 +82,22 @@ void MainPanel::setDpi(int dpi) {
     dpi_ = dpi;
     font_ = createMessageFont(dpi);
     setFontOnChildren(window_, font_.get());
-    const int iconSize = panelIconSize(dpi);
+    if (iconsWanted_) {
+        loadIcons();
+    }
+    list1_.fitExtent();
+    layout();
+}
+
+void MainPanel::showing() {
+    if (!iconsWanted_) {
+        iconsWanted_ = true;
+        loadIcons();
+    }
+}
+
+void MainPanel::loadIcons() {
+    const int iconSize = panelIconSize(dpi_);
     for (size_t i = 0; i < std::size(kButtons); ++i) {
         unique_hicon icon(
             static_cast<HICON>(::LoadImageW(::GetModuleHandleW(nullptr), MAKEINTRESOURCEW(kButtons[i].icon), IMAGE_ICON,
@@ -90,8 +105,6 @@ void MainPanel::setDpi(int dpi) {
         ::SendMessageW(control(kButtons[i].id), BM_SETIMAGE, IMAGE_ICON, reinterpret_cast<LPARAM>(icon.get()));
         icons_[i] = std::move(icon);  // the button only borrows it
     }
-    list1_.fitExtent();
-    layout();
 }
 
 void MainPanel::layout() {

@@ -25,6 +25,9 @@ class MainPanel {
     void layout();
     // A new DPI: the font, the icons and the layout follow.
     void setDpi(int dpi);
+    // The buttons' icons, made the first time the panel shows: a program that lives in the tray never
+    // needs them, and each holds bitmaps for as long as it runs.
+    void showing();
     // The window's outer size for the panel's first opening, or the least it may be sized to.
     SIZE windowSize(int dpi, bool least) const;
 
@@ -45,6 +48,7 @@ class MainPanel {
   private:
     HWND control(int id) const { return ::GetDlgItem(window_, id); }
     void placePreview();
+    void loadIcons();
 
     HWND window_ = nullptr;
     int dpi_ = 96;
@@ -57,6 +61,7 @@ class MainPanel {
     LayoutRect previewBox_;
     unique_hfont font_;
     std::array<unique_hicon, 5> icons_;
+    bool iconsWanted_ = false;  // the panel has been shown: icons at every DPI from then on
 };
 
 }  // namespace tl
