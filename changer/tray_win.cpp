@@ -57,7 +57,17 @@ bool removeTrayIcon(HWND form) {
 }
 
 Win32TrayIcon::Win32TrayIcon(HWND form)
-    : form_(form), normal_(loadTrayIcon(IDI_TESSALINE)), paused_(loadTrayIcon(IDI_PAUSED)) {}
+    : form_(form), normal_(loadTrayIcon(IDI_TESSALINE)) {}
+
+HICON Win32TrayIcon::iconOf(TrayIconKind kind) {
+    if (kind != TrayIconKind::Paused) {
+        return normal_.get();
+    }
+    if (!paused_) {
+        paused_ = loadTrayIcon(IDI_PAUSED);
+    }
+    return paused_.get();
+}
 
 bool Win32TrayIcon::add(TrayIconKind icon, std::string_view tip) {
     return addTrayIcon(form_, iconOf(icon), tip);

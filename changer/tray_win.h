@@ -30,11 +30,11 @@ class Win32TrayIcon : public TrayIcon {
     void remove() override;
 
   private:
-    HICON iconOf(TrayIconKind kind) const { return kind == TrayIconKind::Paused ? paused_.get() : normal_.get(); }
+    HICON iconOf(TrayIconKind kind);
 
     HWND form_;
     unique_hicon normal_;
-    unique_hicon paused_;
+    unique_hicon paused_;  // loaded the first time the program is paused: most never are
 };
 
 }  // namespace tl
