@@ -179,12 +179,14 @@ declare -A pid label
 label[small]="Tessaline after applying a 64 x 48 JPEG"
 pid[small]=$(start_tessaline small "$work/small/small.jpg" 0)
 wait_applied small
-# The 24-megapixel picture in every orientation (Center, Tile, Stretch, Scale, Auto).
-orientations=(center tile stretch scale auto)
-for o in 0 1 2 3 4; do
+# The 24-megapixel picture in every orientation (Center, Tile, Stretch, Scale, Auto, Fill), by the code a
+# list stores for it.
+orientations=(center tile stretch scale auto fill)
+codes=(0 1 2 3 4 Fill...)
+for o in 0 1 2 3 4 5; do
     k=${orientations[$o]}
     label[$k]="Tessaline after the 24-megapixel JPEG, ${k^}"
-    pid[$k]=$(start_tessaline "$k" "$picture" "$o")
+    pid[$k]=$(start_tessaline "$k" "$picture" "${codes[$o]}")
     wait_applied "$k"
 done
 label[fair]="fair reference (same DLLs, a tray icon, a font)"
@@ -194,7 +196,7 @@ label[bare]="bare Win32 reference (a window, a message loop)"
 wine "$refs/idle_reference_win.exe" >/dev/null 2>&1 &
 pid[bare]=$!
 sleep 8 # the last apply's aftermath and the references' start settle
-order="small center tile stretch scale auto fair bare"
+order="small center tile stretch scale auto fill fair bare"
 declare -A cpu0 wake0 private
 for k in $order; do
     cpu0[$k]=$(cpu_ns_of "${pid[$k]}")
@@ -218,7 +220,7 @@ for k in $order; do
 done
 sed 's/^/    /' "$work/fair.txt"
 echo "idle private memory after each orientation beside the fair reference (target: within 0.3 MB):"
-for k in small center tile stretch scale auto; do
+for k in small center tile stretch scale auto fill; do
     [ -n "${private[$k]:-}" ] && [ -n "${private[fair]:-}" ] || continue
     awk -v l="${label[$k]}" -v m="${private[$k]}" -v f="${private[fair]}" \
         'BEGIN { printf "%-48s %5.2f MB, fair reference %5.2f MB: %+.2f MB\n", l ":", m, f, m - f }'
