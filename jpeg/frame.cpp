@@ -9,6 +9,16 @@
 
 namespace tl::jpeg {
 
+int componentIndex(const Frame& frame, int id) {
+    int index = -1;
+    for (int c = 0; c < frame.componentCount; ++c) {
+        if (frame.components[static_cast<size_t>(c)].id == id) {
+            index = c;  // the last one, should a frame repeat an id
+        }
+    }
+    return index;
+}
+
 uint16_t be16(const uint8_t* p) {
     return static_cast<uint16_t>(p[0] << 8 | p[1]);
 }
@@ -103,12 +113,7 @@ bool readScan(const uint8_t* seg, size_t length, Frame& frame) {
     std::array<bool, kMaxComponents> seen{};
     for (int i = 0; i < count; ++i) {
         const uint8_t* s = seg + 1 + 2 * i;
-        int index = -1;
-        for (int c = 0; c < frame.componentCount; ++c) {
-            if (frame.components[static_cast<size_t>(c)].id == s[0]) {
-                index = c;
-            }
-        }
+        const int index = componentIndex(frame, s[0]);
         if (index < 0 || seen[static_cast<size_t>(index)]) {
             return false;
         }

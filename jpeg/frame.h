@@ -78,6 +78,9 @@ struct Frame {
     size_t scanHeader = 0;  // offset of the first scan's header (its SOS marker)
 };
 
+// The index in frame.components of the component a scan header names by its id; -1 for none.
+int componentIndex(const Frame& frame, int id);
+
 // The big-endian 16-bit number at p.
 uint16_t be16(const uint8_t* p);
 

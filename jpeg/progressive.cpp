@@ -109,12 +109,7 @@ bool readProgressiveScan(const uint8_t* seg, size_t length, const Frame& frame, 
     std::array<bool, kMaxComponents> seen{};
     for (int i = 0; i < count; ++i) {
         const uint8_t* s = seg + 1 + 2 * i;
-        int index = -1;
-        for (int c = 0; c < frame.componentCount; ++c) {
-            if (frame.components[static_cast<size_t>(c)].id == s[0]) {
-                index = c;
-            }
-        }
+        const int index = componentIndex(frame, s[0]);
         if (index < 0 || seen[static_cast<size_t>(index)]) {
             return false;
         }
