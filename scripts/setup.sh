@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
     cmake ninja-build g++ libgtest-dev libgmock-dev googletest
     g++-mingw-w64-x86-64 mingw-w64-tools
-    wine wine64 xvfb xauth x11-utils imagemagick
+    wine wine64 xvfb xserver-xephyr xauth x11-utils imagemagick
     libjpeg-turbo-progs procps
     nsis zip unzip
     clang-14 libclang-rt-14-dev

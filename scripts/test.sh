@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
 # Runs every test: the native unit tests of the portable core (with sanitizers), then the Win32 tests
 # under Wine on their own Xvfb display and WINEPREFIX, then the install tests (setup program, upgrade,
-# uninstall, portable zip) on another display and prefix of their own. Exits non-zero on any failure.
+# uninstall, portable zip) on another display and prefix of their own, and the real program on several
+# monitors (a nested Xephyr with Xinerama). Exits non-zero on any failure.
 # Extra arguments are passed to the Wine tests (for example --gtest_filter=StartUp.*); with them the
-# install tests are left out.
+# install and monitor tests are left out.
 set -uo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 cd "$root"
@@ -48,6 +49,8 @@ trap - EXIT
 if [ $# -eq 0 ]; then
     echo "== Install tests under Wine =="
     "$root/tests/install/run.sh" || status=1
+    echo "== The program on several monitors under Wine =="
+    "$root/tests/monitors/run.sh" || status=1
 fi
 
 if [ $status -eq 0 ]; then
