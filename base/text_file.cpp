@@ -37,7 +37,9 @@ std::string Windows1252::toUtf8(std::string_view ansi) const {
     return out;
 }
 
-std::string decodeTextFile(std::string_view bytes, const AnsiCodePage& ansi) {
+namespace {
+
+std::string decodeBytes(std::string_view bytes, const AnsiCodePage& ansi) {
     if (startsWith(bytes, "\xEF\xBB\xBF")) {
         return validUtf8(bytes.substr(3));
     }
@@ -51,6 +53,21 @@ std::string decodeTextFile(std::string_view bytes, const AnsiCodePage& ansi) {
         return std::string(bytes);
     }
     return ansi.toUtf8(bytes);
+}
+
+}  // namespace
+
+std::string decodeTextFile(std::string_view bytes, const AnsiCodePage& ansi) {
+    std::string text = decodeBytes(bytes, ansi);
+    // A second mark (an editor that put one before the one already there) is no text either. Left at the
+    // start, it would be written back first, read then as the file's mark, and the first line would say
+    // something else at the next reading than at this one.
+    size_t marks = 0;
+    while (text.compare(marks, 3, "\xEF\xBB\xBF") == 0) {
+        marks += 3;
+    }
+    text.erase(0, marks);
+    return text;
 }
 
 std::optional<std::string> readTextFile(FileSystem& fs, const std::string& path, const AnsiCodePage& ansi) {

@@ -72,7 +72,8 @@ TEST(Utf8, UnpairedSurrogatesAreFlaggedAndShownAsReplacementCharacters) {
 }
 
 // New files are UTF-8 without a mark; a file that is not valid UTF-8 comes from an earlier version and is
-// read in the ANSI code page (here Windows-1252); a mark an editor wrote is taken off.
+// read in the ANSI code page (here Windows-1252); a mark an editor wrote is taken off, twice if it is there
+// twice.
 TEST(TextFile, DecodesUtf8MarkedFilesAndEarlierVersionsAnsiFiles) {
     const Windows1252 ansi;
     const std::pair<std::string, const char*> cases[] = {
@@ -80,6 +81,13 @@ TEST(TextFile, DecodesUtf8MarkedFilesAndEarlierVersionsAnsiFiles) {
         {"\xEF\xBB\xBF"
          "C:\\a.jpg",
          "C:\\a.jpg"},
+        {"\xEF\xBB\xBF\xEF\xBB\xBF"
+         "[Tessaline]",
+         "[Tessaline]"},
+        {std::string("\xFF\xFE\xFF\xFE"
+                     "a\0",
+                     6),
+         "a"},
         {"C:\\\xC9t\xE9\\\x80 \x8A\x9F\x81.jpg", "C:\\Été\\€ ŠŸ\u0081.jpg"},
         {"plain ASCII", "plain ASCII"},
         {std::string("\xFF\xFE"
