@@ -229,7 +229,8 @@ TEST_F(Panel, RemoveKeepsTheFileWhileDeleteRecyclesOrDeletesItAsTheKeysSay) {
 
     // No key: to the recycle bin, after the shell's question.
     ASSERT_TRUE(clickAt(lineCentre(list, 1)) && shows('c'));
-    ASSERT_TRUE(clickAt(del));
+    // Without a key the button's own click message does: a real click here was now and then lost under Wine.
+    clickButton(::GetDlgItem(form, idImage2));
     EXPECT_TRUE(answerTheShell(tl, IDYES, seconds(10))) << "the shell did not ask before recycling";
     EXPECT_TRUE(shows('d'));
     EXPECT_TRUE(!listed("c.bmp") && !dir.exists("c.bmp"));
