@@ -94,6 +94,7 @@ void MainPanel::showing() {
         iconsWanted_ = true;
         loadIcons();
     }
+    facts_.showPendingPreview();
 }
 
 void MainPanel::loadIcons() {

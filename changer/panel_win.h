@@ -25,8 +25,9 @@ class MainPanel {
     void layout();
     // A new DPI: the font, the icons and the layout follow.
     void setDpi(int dpi);
-    // The buttons' icons, made the first time the panel shows: a program that lives in the tray never
-    // needs them, and each holds bitmaps for as long as it runs.
+    // The window is about to show: the buttons' icons are made the first time (a program that lives in the
+    // tray never needs them, and each holds bitmaps for as long as it runs), and the preview of the picture
+    // applied meanwhile.
     void showing();
     // The window's outer size for the panel's first opening, or the least it may be sized to.
     SIZE windowSize(int dpi, bool least) const;

@@ -27,6 +27,24 @@ void FactsPanel::clearPreview() {
         ::SendMessageW(preview, STM_SETIMAGE, IMAGE_BITMAP, 0);
     }
     previewBitmap_.reset();
+    pending_.reset();
+}
+
+void FactsPanel::showPendingPreview() {
+    if (!pending_ || !preview) {
+        return;
+    }
+    const PendingPreview p = std::move(*pending_);
+    pending_.reset();
+    const std::optional<LoadedPicture> loaded = loadPictureFor(
+        p.path, [&](int, int) { return std::pair{sideToResampleFrom(p.width), sideToResampleFrom(p.height)}; });
+    if (!loaded) {
+        return;  // gone or changed since: the preview stays empty, as for a picture that can't be loaded
+    }
+    Picture scaled = scaledPicture(loaded->picture, p.width, p.height);
+    if (scaled) {
+        showPreview(std::move(scaled), p.width, p.height);
+    }
 }
 
 void FactsPanel::showPreview(Picture scaled, int width, int height) {
@@ -104,11 +122,17 @@ bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
 
     if (panel.preview) {
         const auto [boxWidth, boxHeight] = previewBox(loaded->naturalWidth, loaded->naturalHeight);
-        Picture scaled = scaledPicture(loaded->picture, boxWidth, boxHeight);
-        if (!scaled) {
-            return false;
+        if (!::IsWindowVisible(::GetAncestor(panel.preview, GA_ROOT))) {
+            // Nobody sees the preview of a program in the tray: made when its window shows, so that a change
+            // there shrinks no whole picture and leaves no bitmap held while idle.
+            panel.pending_ = FactsPanel::PendingPreview{entry.path, boxWidth, boxHeight};
+        } else {
+            Picture scaled = scaledPicture(loaded->picture, boxWidth, boxHeight);
+            if (!scaled) {
+                return false;
+            }
+            panel.showPreview(std::move(scaled), boxWidth, boxHeight);
         }
-        panel.showPreview(std::move(scaled), boxWidth, boxHeight);
     }
 
     if (panel.fdate) {

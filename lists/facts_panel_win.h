@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <optional>
+#include <string>
 
 #include "base/unique_handle_win.h"
 #include "lists/picture_win.h"
@@ -47,17 +48,26 @@ class FactsPanel {
 
     // Hides the preview and frees its picture (the labels stay as they are).
     void clearPreview();
+    // Makes the preview that ShowImageFacts left for later because its window was hidden; to be called
+    // as the window shows.
+    void showPendingPreview();
 
   private:
     friend bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel);
     void showPreview(Picture scaled, int width, int height);
 
+    struct PendingPreview {
+        std::string path;
+        int width = 0;
+        int height = 0;
+    };
     unique_hbitmap previewBitmap_;
+    std::optional<PendingPreview> pending_;
     std::optional<Picture> picture_;
 };
 
-// Loads the entry's picture into the panel's preview, fitted to its box, and fills the labels with the
-// file's size, date and dimensions. The picture's natural size and the file's size are stored into the
+// Loads the entry's picture into the panel's preview, fitted to its box (when its window shows, if it is
+// hidden now), and fills the labels with the file's size, date and dimensions. The picture's natural size and the file's size are stored into the
 // entry where it has 0; stored ones are used as they are. False when the picture can't be loaded (the
 // preview is left hidden and empty, the labels as they were).
 bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel);

@@ -41,7 +41,7 @@ class PanelHost {
     unique_hwnd window{::CreateWindowExA(0,
                                          "STATIC",
                                          "facts",
-                                         WS_OVERLAPPEDWINDOW,
+                                         WS_OVERLAPPEDWINDOW | WS_VISIBLE,
                                          0,
                                          0,
                                          700,
@@ -113,6 +113,34 @@ TEST(FactsPanel, ShowsEachKindOfPictureFittedWithItsFactsAndHidesWhatCantBeLoade
         EXPECT_EQ(host.panel.picture(), nullptr) << "no stale picture is left for the caller";
     }
     EXPECT_FALSE(dir.exists("missing.bmp")) << "looking never creates a file";
+}
+
+TEST(FactsPanel, AHiddenWindowsPreviewIsMadeWhenItShows) {
+    ProgramDir dir(false);
+    writePicture(dir.file("a.jpg"), "jpg", 640, 480);
+    writePicture(dir.file("b.bmp"), "bmp", 100, 50);
+    PanelHost host(200, 150);
+    ::ShowWindow(host.window.get(), SW_HIDE);
+    WallpaperEntry a{dir.file("a.jpg")};
+    ASSERT_TRUE(ShowImageFacts(a, host.panel));
+    EXPECT_EQ(windowText(host.panel.dimensions), "640 x 480 pixels") << "the facts at once";
+    EXPECT_EQ(host.previewBitmap(), "none") << "no preview while nobody sees it";
+    WallpaperEntry b{dir.file("b.bmp")};
+    ASSERT_TRUE(ShowImageFacts(b, host.panel));
+    ::ShowWindow(host.window.get(), SW_SHOW);
+    host.panel.showPendingPreview();
+    EXPECT_EQ(host.previewBitmap(), "200x100") << "the last picture's preview, as the window shows";
+    EXPECT_TRUE(PanelHost::visible(host.panel.preview));
+    host.panel.showPendingPreview();
+    EXPECT_EQ(host.previewBitmap(), "200x100") << "made once";
+
+    // A picture gone before the window shows leaves the preview empty.
+    ::ShowWindow(host.window.get(), SW_HIDE);
+    ASSERT_TRUE(ShowImageFacts(a, host.panel));
+    ASSERT_TRUE(::DeleteFileA(dir.file("a.jpg").c_str()));
+    ::ShowWindow(host.window.get(), SW_SHOW);
+    host.panel.showPendingPreview();
+    EXPECT_EQ(host.previewBitmap(), "none");
 }
 
 TEST(FactsPanel, KeepsTheFullPictureAsTheBmpFilesOwnRows) {
