@@ -226,6 +226,22 @@ void horizontalPass(const int16_t* middle, const Filter& f, int targetWidth, uin
     }
 }
 
+// Target row y from the down.taps source rows it takes (rows[0] being source row down.first[y]), through
+// `middle`, a row of the first pass's results with kMiddlePadding to spare.
+void makeTargetRow(const Filter& across,
+                   const Filter& down,
+                   size_t y,
+                   const uint8_t* const* rows,
+                   size_t values,
+                   int16_t* middle,
+                   uint8_t* out,
+                   int targetWidth,
+                   size_t targetStride) {
+    verticalPass(rows, &down.weights[y * static_cast<size_t>(down.taps)], down.taps, values, middle);
+    horizontalPass(middle, across, targetWidth, out);
+    std::fill(out + static_cast<size_t>(targetWidth) * 3, out + targetStride, uint8_t{0});
+}
+
 }  // namespace
 
 int sideToResampleFrom(int targetSide) {
@@ -249,21 +265,100 @@ bool resamplePixels(const uint8_t* source,
         const size_t values = static_cast<size_t>(sourceWidth) * 3;
         std::vector<int16_t> middle(values + kMiddlePadding);
         std::vector<const uint8_t*> rows(static_cast<size_t>(down.taps));
-        for (int y = 0; y < targetHeight; ++y) {
-            const int first = down.first[static_cast<size_t>(y)];
+        for (size_t y = 0; y < static_cast<size_t>(targetHeight); ++y) {
+            const auto first = static_cast<size_t>(down.first[y]);
             for (size_t k = 0; k < rows.size(); ++k) {
-                rows[k] = source + (static_cast<size_t>(first) + k) * sourceStride;
+                rows[k] = source + (first + k) * sourceStride;
             }
-            verticalPass(rows.data(), &down.weights[static_cast<size_t>(y) * rows.size()], down.taps, values,
-                         middle.data());
-            uint8_t* const out = target + static_cast<size_t>(y) * targetStride;
-            horizontalPass(middle.data(), across, targetWidth, out);
-            std::fill(out + static_cast<size_t>(targetWidth) * 3, out + targetStride, uint8_t{0});
+            makeTargetRow(across, down, y, rows.data(), values, middle.data(), target + y * targetStride, targetWidth,
+                          targetStride);
         }
         return true;
     } catch (const std::bad_alloc&) {
         return false;
     }
+}
+
+struct RowResampler::State {
+    Filter across;
+    Filter down;
+    uint8_t* target = nullptr;
+    int targetWidth = 0;
+    int targetHeight = 0;
+    size_t targetStride = 0;
+    bool bottomUp = false;
+    bool sidesPositive = false;
+    size_t values = 0;
+    // Source row y lives in slot y % ringRows of the ring, slots rowBytes apart.
+    size_t rowBytes = 0;
+    size_t ringRows = 1;
+    std::vector<uint8_t> ring;
+    std::vector<int16_t> middle;
+    std::vector<const uint8_t*> rows;
+    int rowsIn = 0;
+    int targetRowsDone = 0;
+};
+
+RowResampler::RowResampler(int sourceWidth,
+                           int sourceHeight,
+                           uint8_t* target,
+                           int targetWidth,
+                           int targetHeight,
+                           size_t targetStride,
+                           bool bottomUp)
+    : state_(std::make_unique<State>()) {
+    State& s = *state_;
+    s.sidesPositive = sourceWidth > 0 && sourceHeight > 0 && targetWidth > 0 && targetHeight > 0;
+    s.values = static_cast<size_t>(std::max(sourceWidth, 0)) * 3;
+    // Whole cache lines per slot, so a row's writer and the filter's reads of its neighbours never share one.
+    s.rowBytes = (s.values + kRowSlack + 63) & ~size_t{63};
+    if (s.sidesPositive) {
+        s.across = makeFilter(sourceWidth, targetWidth, true);
+        s.down = makeFilter(sourceHeight, targetHeight, false);
+        // The rows the next target row takes, and one more for the writer to fill ahead: the oldest of them is
+        // never needed again once the next is asked for.
+        s.ringRows = static_cast<size_t>(s.down.taps) + 1;
+        s.middle.resize(s.values + kMiddlePadding);
+        s.rows.resize(static_cast<size_t>(s.down.taps));
+        s.target = target;
+        s.targetWidth = targetWidth;
+        s.targetHeight = targetHeight;
+        s.targetStride = targetStride;
+        s.bottomUp = bottomUp;
+    }
+    s.ring.resize(s.ringRows * s.rowBytes);
+}
+
+RowResampler::~RowResampler() = default;
+
+uint8_t* RowResampler::row(int y) {
+    State& s = *state_;
+    return s.ring.data() + static_cast<size_t>(std::max(y, 0)) % s.ringRows * s.rowBytes;
+}
+
+void RowResampler::rowDone(int y) {
+    State& s = *state_;
+    if (y != s.rowsIn || !s.sidesPositive) {
+        return;
+    }
+    ++s.rowsIn;
+    const int taps = s.down.taps;
+    while (s.targetRowsDone < s.targetHeight &&
+           s.down.first[static_cast<size_t>(s.targetRowsDone)] + taps <= s.rowsIn) {
+        const auto t = static_cast<size_t>(s.targetRowsDone);
+        const int first = s.down.first[t];
+        for (int k = 0; k < taps; ++k) {
+            s.rows[static_cast<size_t>(k)] = row(first + k);
+        }
+        const size_t at = s.bottomUp ? static_cast<size_t>(s.targetHeight) - 1 - t : t;
+        makeTargetRow(s.across, s.down, t, s.rows.data(), s.values, s.middle.data(), s.target + at * s.targetStride,
+                      s.targetWidth, s.targetStride);
+        ++s.targetRowsDone;
+    }
+}
+
+int RowResampler::targetRowsDone() const {
+    return state_->targetRowsDone;
 }
 
 }  // namespace tl

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 namespace tl {
 
@@ -37,5 +38,44 @@ bool resamplePixels(const uint8_t* source,
                     int targetWidth,
                     int targetHeight,
                     size_t targetStride);
+
+// Resamples a picture whose rows arrive one at a time, in order from row 0 (as a decoder makes them), to
+// exactly targetWidth x targetHeight with resamplePixels' filter and the same result to the byte, holding
+// only the few source rows the filter needs at once. Each target row is written as soon as the last source
+// row it takes is in.
+class RowResampler {
+  public:
+    // Target row t (0 = the first made) goes to target + t * targetStride, or, with bottomUp, to
+    // target + (targetHeight - 1 - t) * targetStride (a bottom-up bitmap filled from a top-down decoder). Each
+    // row's bytes past targetWidth * 3 up to targetStride are zeroed. With a side not positive nothing is
+    // ever written to the target, though row() still hands out somewhere to put a row. Throws
+    // std::bad_alloc when it can't get its memory.
+    RowResampler(int sourceWidth,
+                 int sourceHeight,
+                 uint8_t* target,
+                 int targetWidth,
+                 int targetHeight,
+                 size_t targetStride,
+                 bool bottomUp);
+    ~RowResampler();
+    RowResampler(const RowResampler&) = delete;
+    RowResampler& operator=(const RowResampler&) = delete;
+
+    // Where source row y goes: sourceWidth * 3 bytes of blue, green, red, and kRowSlack writable bytes past
+    // them for a writer's vector stores. Rows are asked for in order 0, 1, 2 ..., at most one ahead of the
+    // last rowDone.
+    uint8_t* row(int y);
+    // Source row y is written: makes every target row whose source rows are all in. Rows must be done in
+    // order; a call out of turn is ignored.
+    void rowDone(int y);
+    // How many target rows are written so far.
+    int targetRowsDone() const;
+
+    static constexpr size_t kRowSlack = 64;
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
 
 }  // namespace tl

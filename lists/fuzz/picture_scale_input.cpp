@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <vector>
 
 #include "base/fuzz/fuzz_check.h"
@@ -41,6 +42,31 @@ void pictureScaleInput(std::span<const uint8_t> input) {
     std::vector<uint8_t> target(tStride * static_cast<size_t>(th), 0xEE);
     if (resample) {
         check(resamplePixels(source.data(), sw, sh, sStride, target.data(), tw, th, tStride), "resample refused");
+        // The same rows fed one at a time, bottom up if bit 7 of the second byte says so, the next row filled
+        // before the last is handed in if bit 7 of the third does: the same bytes.
+        const bool bottomUp = (input[1] & 128) != 0;
+        const bool ahead = (input[2] & 128) != 0;
+        std::vector<uint8_t> streamed(target.size(), 0xEE);
+        RowResampler resampler(sw, sh, streamed.data(), tw, th, tStride, bottomUp);
+        const auto copyRow = [&](int y) {
+            std::memcpy(resampler.row(y), source.data() + static_cast<size_t>(y) * sStride,
+                        static_cast<size_t>(sw) * 3);
+        };
+        for (int y = 0; y < sh; ++y) {
+            if (!ahead || y == 0) {
+                copyRow(y);
+            }
+            if (ahead && y + 1 < sh) {
+                copyRow(y + 1);
+            }
+            resampler.rowDone(y);
+        }
+        check(resampler.targetRowsDone() == th, "rows left unmade");
+        for (int y = 0; y < th; ++y) {
+            const size_t from = static_cast<size_t>(bottomUp ? th - 1 - y : y) * tStride;
+            check(std::memcmp(streamed.data() + from, target.data() + static_cast<size_t>(y) * tStride, tStride) == 0,
+                  "rows fed one at a time resampled differently");
+        }
     } else {
         shrinkPixels(source.data(), sw, sh, sStride, target.data(), tw, th, tStride);
     }

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <cstring>
+#include <random>
 #include <vector>
 
 namespace tl {
@@ -87,6 +89,68 @@ TEST(PictureScale, KeepsFlatColoursAndPaddingOutOfTheResultAndShrinkingRefusesTo
     Pixels big(3, 2, [](int, int) { return 0x445566u; });
     shrinkPixels(src.bytes.data(), 2, 2, strideOf(2), big.bytes.data(), 3, 2, strideOf(3));
     EXPECT_EQ(big.colour(0, 0), 0x445566u) << "left untouched";
+}
+
+// Rows fed one at a time give resamplePixels' result to the byte, either way up, whatever the sizes, also
+// when the writer fills a row before handing in the one before; its padding cleared. Sides not positive
+// write nothing.
+TEST(PictureScale, RowResamplerMatchesTheWholePictureResample) {
+    std::mt19937 random(7);
+    int shape = 0;
+    for (const auto& [sw, sh, tw, th] : std::vector<std::array<int, 4>>{{110, 100, 100, 91},
+                                                                        {300, 200, 100, 67},
+                                                                        {97, 61, 45, 29},
+                                                                        {225, 150, 162, 108},
+                                                                        {40, 30, 97, 71},
+                                                                        {1, 50, 3, 20},
+                                                                        {60, 1, 20, 5},
+                                                                        {33, 5, 17, 4},
+                                                                        {50, 3, 20, 1},
+                                                                        {7, 7, 1, 1},
+                                                                        {1, 1, 5, 3}}) {
+        ++shape;
+        Pixels source(sw, sh, [&](int, int) { return static_cast<uint32_t>(random()); });
+        const size_t stride = static_cast<size_t>(tw) * 3 + 5;
+        std::vector<uint8_t> whole(stride * static_cast<size_t>(th), 0xEE);
+        ASSERT_TRUE(resamplePixels(source.bytes.data(), sw, sh, strideOf(sw), whole.data(), tw, th, stride));
+        for (const bool bottomUp : {false, true}) {
+            std::vector<uint8_t> rows(whole.size(), 0xEE);
+            RowResampler resampler(sw, sh, rows.data(), tw, th, stride, bottomUp);
+            const auto fill = [&](int y) {
+                std::memcpy(resampler.row(y), source.at(0, y), static_cast<size_t>(sw) * 3);
+            };
+            const bool ahead = shape % 2 == 0;
+            if (ahead) {
+                fill(0);
+            }
+            for (int y = 0; y < sh; ++y) {
+                if (!ahead) {
+                    fill(y);
+                } else if (y + 1 < sh) {
+                    fill(y + 1);
+                }
+                resampler.rowDone(y);
+            }
+            ASSERT_EQ(resampler.targetRowsDone(), th);
+            for (int y = 0; y < th; ++y) {
+                const size_t at = static_cast<size_t>(bottomUp ? th - 1 - y : y) * stride;
+                ASSERT_TRUE(std::equal(whole.begin() + static_cast<ptrdiff_t>(y * stride),
+                                       whole.begin() + static_cast<ptrdiff_t>((y + 1) * stride),
+                                       rows.begin() + static_cast<ptrdiff_t>(at)))
+                    << sw << "x" << sh << " to " << tw << "x" << th << (bottomUp ? " bottom up" : "") << ", row " << y;
+            }
+        }
+    }
+    for (const auto& [sw, sh, tw, th] : std::vector<std::array<int, 4>>{{0, 5, 5, 5}, {5, 5, 5, -1}, {-3, 2, 1, 1}}) {
+        std::vector<uint8_t> target(64, 0xEE);
+        RowResampler resampler(sw, sh, target.data(), tw, th, 16, false);
+        for (int y = 0; y < 3; ++y) {
+            std::memset(resampler.row(y), 1, static_cast<size_t>(std::max(sw, 0)) * 3 + RowResampler::kRowSlack);
+            resampler.rowDone(y);
+        }
+        EXPECT_EQ(resampler.targetRowsDone(), 0);
+        EXPECT_TRUE(std::all_of(target.begin(), target.end(), [](uint8_t b) { return b == 0xEE; }));
+    }
 }
 
 }  // namespace
