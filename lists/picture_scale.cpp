@@ -1,5 +1,7 @@
 #include "lists/picture_scale.h"
 
+#include "lists/picture_scale_kernels.h"
+
 #include <algorithm>
 #include <cmath>
 #include <new>
@@ -133,14 +135,85 @@ Filter makeFilter(int sourceSide, int targetSide, bool evenTaps) {
     return f;
 }
 
+// The second pass's filter for the AVX2 kernel: eight target pixels at a time, each group reading the source
+// values its pixels' taps span, in pairs, with every pixel's two weights for each pair side by side.
+struct GroupFilter {
+    std::vector<int> start;
+    std::vector<int> offset;
+    std::vector<int32_t> weights;
+};
+
+GroupFilter makeGroupFilter(const Filter& f, int targetWidth) {
+    const auto groups = static_cast<size_t>(targetWidth + 7) / 8;
+    const auto width = static_cast<size_t>(targetWidth);
+    const auto taps = static_cast<size_t>(f.taps);
+    GroupFilter g;
+    g.start.resize(groups);
+    g.offset.resize(groups + 1);
+    for (size_t i = 0; i < groups; ++i) {
+        const size_t last = std::min(i * 8 + 8, width) - 1;
+        g.start[i] = f.first[i * 8];
+        // The taps start further right from pixel to pixel, so the last one's end is the group's.
+        const int span = f.first[last] + f.taps - g.start[i];
+        g.offset[i + 1] = g.offset[i] + (span + 1) / 2;
+    }
+    g.weights.assign(static_cast<size_t>(g.offset[groups]) * 8, 0);
+    for (size_t i = 0; i < groups; ++i) {
+        for (size_t x = i * 8; x < std::min(i * 8 + 8, width); ++x) {
+            const auto from = static_cast<size_t>(f.first[x] - g.start[i]);
+            for (size_t k = 0; k < taps; ++k) {
+                const size_t at = from + k;
+                const auto weight = static_cast<uint16_t>(f.weights[x * taps + k]);
+                int32_t& pair = g.weights[(static_cast<size_t>(g.offset[i]) + at / 2) * 8 + x % 8];
+                pair = static_cast<int32_t>(static_cast<uint32_t>(pair) | uint32_t{weight} << (at % 2 * 16));
+            }
+        }
+    }
+    return g;
+}
+
+bool avx2Usable() {
+#if defined(__GNUC__) && (defined(__x86_64__) || defined(__i386__))
+    static const bool yes = [] {
+        __builtin_cpu_init();
+        return scale::scaleAvx2Compiled() && __builtin_cpu_supports("avx2");
+    }();
+    return yes;
+#else
+    return false;
+#endif
+}
+
+#if defined(__SSE2__)
+constexpr bool kSse2 = true;
+#else
+constexpr bool kSse2 = false;
+#endif
+
+// The kernels asked for where the build and the processor have them, else the best below.
+scale::Kernels usable(scale::Kernels kernels) {
+    if (kernels == scale::Kernels::Avx2 && !avx2Usable()) {
+        kernels = scale::Kernels::Sse2;
+    }
+    if (kernels == scale::Kernels::Sse2 && !kSse2) {
+        kernels = scale::Kernels::Plain;
+    }
+    return kernels;
+}
+
 // One row of the first pass: the weighted sum of `taps` source rows, `count` values each.
-void verticalPass(const uint8_t* const* rows, const int16_t* weights, int taps, size_t count, int16_t* out) {
+void verticalPass(scale::Kernels kernels,
+                  const uint8_t* const* rows,
+                  const int16_t* weights,
+                  int taps,
+                  size_t count,
+                  int16_t* out) {
     constexpr int shift = kWeightBits - kMiddleBits;
     size_t i = 0;
 #if defined(__SSE2__)
     const __m128i zero = _mm_setzero_si128();
     const __m128i rounding = _mm_set1_epi32(1 << (shift - 1));
-    for (; i + 16 <= count; i += 16) {
+    for (; kernels != scale::Kernels::Plain && i + 16 <= count; i += 16) {
         __m128i sums[4] = {rounding, rounding, rounding, rounding};
         int k = 0;
         // Two rows at a time: their samples interleaved, one multiply-add gives both products' sum.
@@ -173,6 +246,8 @@ void verticalPass(const uint8_t* const* rows, const int16_t* weights, int taps, 
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), first);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i + 8), second);
     }
+#else
+    static_cast<void>(kernels);
 #endif
     for (; i < count; ++i) {
         int32_t sum = 1 << (shift - 1);
@@ -183,34 +258,36 @@ void verticalPass(const uint8_t* const* rows, const int16_t* weights, int taps, 
     }
 }
 
-// The second pass along one row of the first's results, into target pixels. `middle` has kMiddlePadding
-// values to spare past the row's, as the vector loads read a few beyond the last pixel they use.
-constexpr size_t kMiddlePadding = 16;
-
-void horizontalPass(const int16_t* middle, const Filter& f, int targetWidth, uint8_t* out) {
+// The second pass along one row of the first's results (blue, green, red interleaved), into target pixels.
+void horizontalPass(scale::Kernels kernels, const int16_t* middle, const Filter& f, int targetWidth, uint8_t* out) {
     constexpr int shift = kWeightBits + kMiddleBits;
     const auto taps = static_cast<size_t>(f.taps);
     for (size_t x = 0; x < static_cast<size_t>(targetWidth); ++x) {
         const int16_t* s = middle + static_cast<size_t>(f.first[x]) * 3;
         const int16_t* w = &f.weights[x * taps];
 #if defined(__SSE2__)
-        // Two taps at a time: the pixels' blue, green and red interleaved pairwise, so one multiply-add
-        // gives the three channels' sums of both (and a fourth lane that is dropped). The weights are padded
-        // to an even count with zeros.
-        __m128i sum = _mm_set1_epi32(1 << (shift - 1));
-        for (size_t k = 0; k < taps; k += 2, s += 6) {
-            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
-            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 3));
-            const __m128i pair = _mm_set1_epi32(
-                static_cast<int32_t>(static_cast<uint32_t>(w[k + 1]) << 16 | static_cast<uint16_t>(w[k])));
-            sum = _mm_add_epi32(sum, _mm_madd_epi16(_mm_unpacklo_epi16(a, b), pair));
+        if (kernels != scale::Kernels::Plain) {
+            // Two taps at a time: the pixels' blue, green and red interleaved pairwise, so one multiply-add
+            // gives the three channels' sums of both (and a fourth lane that is dropped). The weights are padded
+            // to an even count with zeros.
+            __m128i sum = _mm_set1_epi32(1 << (shift - 1));
+            for (size_t k = 0; k < taps; k += 2, s += 6) {
+                const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+                const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 3));
+                const __m128i pair = _mm_set1_epi32(
+                    static_cast<int32_t>(static_cast<uint32_t>(w[k + 1]) << 16 | static_cast<uint16_t>(w[k])));
+                sum = _mm_add_epi32(sum, _mm_madd_epi16(_mm_unpacklo_epi16(a, b), pair));
+            }
+            const __m128i words = _mm_packs_epi32(_mm_srai_epi32(sum, shift), sum);
+            const auto bytes = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(words, words)));
+            out[x * 3] = static_cast<uint8_t>(bytes);
+            out[x * 3 + 1] = static_cast<uint8_t>(bytes >> 8);
+            out[x * 3 + 2] = static_cast<uint8_t>(bytes >> 16);
+            continue;
         }
-        const __m128i words = _mm_packs_epi32(_mm_srai_epi32(sum, shift), sum);
-        const auto bytes = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(words, words)));
-        out[x * 3] = static_cast<uint8_t>(bytes);
-        out[x * 3 + 1] = static_cast<uint8_t>(bytes >> 8);
-        out[x * 3 + 2] = static_cast<uint8_t>(bytes >> 16);
 #else
+        static_cast<void>(kernels);
+#endif
         int32_t b = 1 << (shift - 1);
         int32_t g = b;
         int32_t r = b;
@@ -222,31 +299,172 @@ void horizontalPass(const int16_t* middle, const Filter& f, int targetWidth, uin
         out[x * 3] = static_cast<uint8_t>(std::clamp(b >> shift, 0, 255));
         out[x * 3 + 1] = static_cast<uint8_t>(std::clamp(g >> shift, 0, 255));
         out[x * 3 + 2] = static_cast<uint8_t>(std::clamp(r >> shift, 0, 255));
-#endif
     }
 }
 
-// Target row y from the down.taps source rows it takes (rows[0] being source row down.first[y]), through
-// `middle`, a row of the first pass's results with kMiddlePadding to spare.
-void makeTargetRow(const Filter& across,
-                   const Filter& down,
-                   size_t y,
-                   const uint8_t* const* rows,
-                   size_t values,
-                   int16_t* middle,
-                   uint8_t* out,
-                   int targetWidth,
-                   size_t targetStride) {
-    verticalPass(rows, &down.weights[y * static_cast<size_t>(down.taps)], down.taps, values, middle);
-    horizontalPass(middle, across, targetWidth, out);
-    std::fill(out + static_cast<size_t>(targetWidth) * 3, out + targetStride, uint8_t{0});
-}
+// The first pass's row is read a little past its values: the SSE2 second pass reads a few values beyond the
+// last pixel it uses, the AVX2 one a value or two past the last plane, and the AVX2 first pass makes whole
+// runs of 16.
+constexpr size_t kMiddlePadding = 32;
+static_assert(RowResampler::kRowSlack >= 16, "the AVX2 first pass reads source rows in runs of 16");
+
+// Makes target rows from the source rows they take: both filters, the kernels and a row of the first pass's
+// results. With the AVX2 kernels the source rows are to be given as planes (splitRow).
+class RowMaker {
+  public:
+    RowMaker(scale::Kernels kernels, int sourceWidth, int sourceHeight, int targetWidth, int targetHeight)
+        : kernels_(usable(kernels)),
+          across_(makeFilter(sourceWidth, targetWidth, true)),
+          down_(makeFilter(sourceHeight, targetHeight, false)),
+          sourceWidth_(static_cast<size_t>(sourceWidth)),
+          values_(sourceWidth_ * 3),
+          targetWidth_(targetWidth),
+          middle_(values_ + kMiddlePadding) {
+        if (planar()) {
+            groups_ = makeGroupFilter(across_, targetWidth);
+        }
+    }
+
+    bool planar() const { return kernels_ == scale::Kernels::Avx2; }
+    int taps() const { return down_.taps; }
+    int first(int targetRow) const { return down_.first[static_cast<size_t>(targetRow)]; }
+    // Puts a row of 24-bit pixels into `planes` as the AVX2 kernels read it.
+    void splitRow(const uint8_t* bgr, uint8_t* planes) const { scale::splitPlanesAvx2(bgr, sourceWidth_, planes); }
+
+    // Makes target row t from the source rows it takes (rows[0] being source row first(t)), its padding up to
+    // targetStride zeroed.
+    void make(int t, const uint8_t* const* rows, uint8_t* out, size_t targetStride) {
+        const int16_t* weights = &down_.weights[static_cast<size_t>(t) * static_cast<size_t>(down_.taps)];
+        if (planar()) {
+            scale::verticalPassAvx2(rows, weights, down_.taps, values_, middle_.data());
+            const scale::GroupFilter groups{groups_.start.data(), groups_.offset.data(), groups_.weights.data()};
+            scale::horizontalPassAvx2(middle_.data(), sourceWidth_, groups, targetWidth_, out);
+        } else {
+            verticalPass(kernels_, rows, weights, down_.taps, values_, middle_.data());
+            horizontalPass(kernels_, middle_.data(), across_, targetWidth_, out);
+        }
+        std::fill(out + static_cast<size_t>(targetWidth_) * 3, out + targetStride, uint8_t{0});
+    }
+
+  private:
+    scale::Kernels kernels_;
+    Filter across_;
+    Filter down_;
+    GroupFilter groups_;
+    size_t sourceWidth_;
+    size_t values_;
+    int targetWidth_;
+    std::vector<int16_t> middle_;
+};
 
 }  // namespace
+
+namespace scale {
+
+Kernels& kernelsInUse() {
+    static Kernels kernels = usable(Kernels::Avx2);
+    return kernels;
+}
+
+}  // namespace scale
 
 int sideToResampleFrom(int targetSide) {
     return targetSide + targetSide / 4;
 }
+
+namespace {
+
+// Source rows go into a ring of the rows the next target row takes and one more, which the writer of the next
+// row may fill ahead: the oldest of them is never needed again once the next is asked for. With the AVX2
+// kernels the ring holds planes, split from a row's pixels when it is done; otherwise the rows themselves, or
+// only pointers to them where the caller keeps them (resamplePixels).
+class RowFeed {
+  public:
+    RowFeed(int sourceWidth,
+            int sourceHeight,
+            uint8_t* target,
+            int targetWidth,
+            int targetHeight,
+            size_t targetStride,
+            bool bottomUp,
+            bool ownRows)
+        : maker_(scale::kernelsInUse(), sourceWidth, sourceHeight, targetWidth, targetHeight),
+          target_(target),
+          sourceHeight_(sourceHeight),
+          targetHeight_(targetHeight),
+          targetStride_(targetStride),
+          bottomUp_(bottomUp),
+          slotBytes_((static_cast<size_t>(sourceWidth) * 3 + RowResampler::kRowSlack + 63) & ~size_t{63}),
+          ringRows_(static_cast<size_t>(maker_.taps()) + 1),
+          rowAt_(ringRows_),
+          rows_(static_cast<size_t>(maker_.taps())) {
+        if (ownRows || maker_.planar()) {
+            slots_.resize(ringRows_ * slotBytes_);
+        }
+        // The writer fills one of two while the other's planes are split, or fills the next ahead.
+        if (ownRows && maker_.planar()) {
+            staging_.resize(2 * slotBytes_);
+        }
+    }
+
+    // Where the writer puts source row y.
+    uint8_t* row(int y) {
+        const auto at = static_cast<size_t>(std::max(y, 0));
+        return staging_.empty() ? slot(at) : &staging_[at % 2 * slotBytes_];
+    }
+
+    // Source row y is in `bgr`: makes every target row whose source rows are all in. Rows out of turn are
+    // left out.
+    void add(int y, const uint8_t* bgr) {
+        if (y != rowsIn_ || y >= sourceHeight_) {
+            return;
+        }
+        const size_t at = static_cast<size_t>(y) % ringRows_;
+        if (maker_.planar()) {
+            maker_.splitRow(bgr, slot(at));
+            rowAt_[at] = slot(at);
+        } else {
+            rowAt_[at] = bgr;
+        }
+        ++rowsIn_;
+        const int taps = maker_.taps();
+        while (targetRowsDone_ < targetHeight_ && maker_.first(targetRowsDone_) + taps <= rowsIn_) {
+            const int first = maker_.first(targetRowsDone_);
+            for (int k = 0; k < taps; ++k) {
+                rows_[static_cast<size_t>(k)] = rowAt_[static_cast<size_t>(first + k) % ringRows_];
+            }
+            const auto t = static_cast<size_t>(bottomUp_ ? targetHeight_ - 1 - targetRowsDone_ : targetRowsDone_);
+            maker_.make(targetRowsDone_, rows_.data(), target_ + t * targetStride_, targetStride_);
+            ++targetRowsDone_;
+        }
+    }
+
+    int targetRowsDone() const { return targetRowsDone_; }
+
+  private:
+    uint8_t* slot(size_t y) { return slots_.data() + y % ringRows_ * slotBytes_; }
+
+    RowMaker maker_;
+    uint8_t* target_;
+    int sourceHeight_;
+    int targetHeight_;
+    size_t targetStride_;
+    bool bottomUp_;
+    size_t slotBytes_;
+    size_t ringRows_;
+    std::vector<uint8_t> slots_;
+    std::vector<uint8_t> staging_;
+    std::vector<const uint8_t*> rowAt_;
+    std::vector<const uint8_t*> rows_;
+    int rowsIn_ = 0;
+    int targetRowsDone_ = 0;
+};
+
+}  // namespace
+
+struct RowResampler::State : RowFeed {
+    using RowFeed::RowFeed;
+};
 
 bool resamplePixels(const uint8_t* source,
                     int sourceWidth,
@@ -260,18 +478,9 @@ bool resamplePixels(const uint8_t* source,
         return false;
     }
     try {
-        const Filter across = makeFilter(sourceWidth, targetWidth, true);
-        const Filter down = makeFilter(sourceHeight, targetHeight, false);
-        const size_t values = static_cast<size_t>(sourceWidth) * 3;
-        std::vector<int16_t> middle(values + kMiddlePadding);
-        std::vector<const uint8_t*> rows(static_cast<size_t>(down.taps));
-        for (size_t y = 0; y < static_cast<size_t>(targetHeight); ++y) {
-            const auto first = static_cast<size_t>(down.first[y]);
-            for (size_t k = 0; k < rows.size(); ++k) {
-                rows[k] = source + (first + k) * sourceStride;
-            }
-            makeTargetRow(across, down, y, rows.data(), values, middle.data(), target + y * targetStride, targetWidth,
-                          targetStride);
+        RowFeed feed(sourceWidth, sourceHeight, target, targetWidth, targetHeight, targetStride, false, false);
+        for (int y = 0; y < sourceHeight; ++y) {
+            feed.add(y, source + static_cast<size_t>(y) * sourceStride);
         }
         return true;
     } catch (const std::bad_alloc&) {
@@ -279,86 +488,36 @@ bool resamplePixels(const uint8_t* source,
     }
 }
 
-struct RowResampler::State {
-    Filter across;
-    Filter down;
-    uint8_t* target = nullptr;
-    int targetWidth = 0;
-    int targetHeight = 0;
-    size_t targetStride = 0;
-    bool bottomUp = false;
-    bool sidesPositive = false;
-    size_t values = 0;
-    // Source row y lives in slot y % ringRows of the ring, slots rowBytes apart.
-    size_t rowBytes = 0;
-    size_t ringRows = 1;
-    std::vector<uint8_t> ring;
-    std::vector<int16_t> middle;
-    std::vector<const uint8_t*> rows;
-    int rowsIn = 0;
-    int targetRowsDone = 0;
-};
-
 RowResampler::RowResampler(int sourceWidth,
                            int sourceHeight,
                            uint8_t* target,
                            int targetWidth,
                            int targetHeight,
                            size_t targetStride,
-                           bool bottomUp)
-    : state_(std::make_unique<State>()) {
-    State& s = *state_;
-    s.sidesPositive = sourceWidth > 0 && sourceHeight > 0 && targetWidth > 0 && targetHeight > 0;
-    s.values = static_cast<size_t>(std::max(sourceWidth, 0)) * 3;
-    // Whole cache lines per slot, so a row's writer and the filter's reads of its neighbours never share one.
-    s.rowBytes = (s.values + kRowSlack + 63) & ~size_t{63};
-    if (s.sidesPositive) {
-        s.across = makeFilter(sourceWidth, targetWidth, true);
-        s.down = makeFilter(sourceHeight, targetHeight, false);
-        // The rows the next target row takes, and one more for the writer to fill ahead: the oldest of them is
-        // never needed again once the next is asked for.
-        s.ringRows = static_cast<size_t>(s.down.taps) + 1;
-        s.middle.resize(s.values + kMiddlePadding);
-        s.rows.resize(static_cast<size_t>(s.down.taps));
-        s.target = target;
-        s.targetWidth = targetWidth;
-        s.targetHeight = targetHeight;
-        s.targetStride = targetStride;
-        s.bottomUp = bottomUp;
+                           bool bottomUp) {
+    if (sourceWidth > 0 && sourceHeight > 0 && targetWidth > 0 && targetHeight > 0) {
+        state_ = std::make_unique<State>(sourceWidth, sourceHeight, target, targetWidth, targetHeight, targetStride,
+                                         bottomUp, true);
+    } else {
+        // Somewhere for the rows of a picture that makes nothing.
+        unused_ = std::make_unique<uint8_t[]>(static_cast<size_t>(std::max(sourceWidth, 0)) * 3 + kRowSlack);
     }
-    s.ring.resize(s.ringRows * s.rowBytes);
 }
 
 RowResampler::~RowResampler() = default;
 
 uint8_t* RowResampler::row(int y) {
-    State& s = *state_;
-    return s.ring.data() + static_cast<size_t>(std::max(y, 0)) % s.ringRows * s.rowBytes;
+    return state_ ? state_->row(y) : unused_.get();
 }
 
 void RowResampler::rowDone(int y) {
-    State& s = *state_;
-    if (y != s.rowsIn || !s.sidesPositive) {
-        return;
-    }
-    ++s.rowsIn;
-    const int taps = s.down.taps;
-    while (s.targetRowsDone < s.targetHeight &&
-           s.down.first[static_cast<size_t>(s.targetRowsDone)] + taps <= s.rowsIn) {
-        const auto t = static_cast<size_t>(s.targetRowsDone);
-        const int first = s.down.first[t];
-        for (int k = 0; k < taps; ++k) {
-            s.rows[static_cast<size_t>(k)] = row(first + k);
-        }
-        const size_t at = s.bottomUp ? static_cast<size_t>(s.targetHeight) - 1 - t : t;
-        makeTargetRow(s.across, s.down, t, s.rows.data(), s.values, s.middle.data(), s.target + at * s.targetStride,
-                      s.targetWidth, s.targetStride);
-        ++s.targetRowsDone;
+    if (state_) {
+        state_->add(y, state_->row(y));
     }
 }
 
 int RowResampler::targetRowsDone() const {
-    return state_->targetRowsDone;
+    return state_ ? state_->targetRowsDone() : 0;
 }
 
 }  // namespace tl

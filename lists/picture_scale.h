@@ -76,6 +76,7 @@ class RowResampler {
   private:
     struct State;
     std::unique_ptr<State> state_;
+    std::unique_ptr<uint8_t[]> unused_;
 };
 
 }  // namespace tl

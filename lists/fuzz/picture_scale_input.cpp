@@ -7,6 +7,7 @@
 
 #include "base/fuzz/fuzz_check.h"
 #include "lists/picture_scale.h"
+#include "lists/picture_scale_kernels.h"
 
 namespace tl::fuzz {
 
@@ -42,6 +43,13 @@ void pictureScaleInput(std::span<const uint8_t> input) {
     std::vector<uint8_t> target(tStride * static_cast<size_t>(th), 0xEE);
     if (resample) {
         check(resamplePixels(source.data(), sw, sh, sStride, target.data(), tw, th, tStride), "resample refused");
+        // The plain kernels give the bytes the vector ones in use do.
+        const scale::Kernels inUse = scale::kernelsInUse();
+        scale::kernelsInUse() = scale::Kernels::Plain;
+        std::vector<uint8_t> plain(target.size(), 0xEE);
+        const bool plainMade = resamplePixels(source.data(), sw, sh, sStride, plain.data(), tw, th, tStride);
+        scale::kernelsInUse() = inUse;
+        check(plainMade && plain == target, "the plain kernels resampled differently");
         // The same rows fed one at a time, bottom up if bit 7 of the second byte says so, the next row filled
         // before the last is handed in if bit 7 of the third does: the same bytes.
         const bool bottomUp = (input[1] & 128) != 0;
