@@ -53,13 +53,12 @@ class CoefficientSlot {
 // upsampling, or none.
 class RowBuilder {
   public:
-    RowBuilder(const Frame& frame, int reduction, uint8_t* pixels, std::pmr::memory_resource& memory)
+    RowBuilder(const Frame& frame, int reduction, JpegRowSink& rows, std::pmr::memory_resource& memory)
         : frame_(frame),
-          pixels_(pixels),
+          rows_(rows),
           width_(jpegScaledSide(frame.width, reduction)),
           height_(jpegScaledSide(frame.height, reduction)),
           rowsPerMcuRow_(frame.vMax * 8 / reduction) {
-        stride_ = jpegBmpRowBytes(width_);
         for (int c = 0; c < frame.componentCount; ++c) {
             const Component& comp = frame.components[static_cast<size_t>(c)];
             Plane& plane = planes_[static_cast<size_t>(c)];
@@ -215,7 +214,7 @@ class RowBuilder {
     }
 
     void emitRow(int y) {
-        uint8_t* const out = pixels_ + static_cast<size_t>(height_ - 1 - y) * stride_;
+        uint8_t* const out = rows_.row(y);
         const uint8_t* c0 = componentRow(0, y);
         if (frame_.componentCount == 1) {
             greyToBgr(c0, width_, out);
@@ -228,16 +227,14 @@ class RowBuilder {
                 yccToBgr(c0, c1, c2, width_, out);
             }
         }
-        const size_t used = static_cast<size_t>(width_) * 3;
-        std::memset(out + used, 0, stride_ - used);
+        rows_.rowDone(y);
     }
 
     const Frame& frame_;
-    uint8_t* const pixels_;
+    JpegRowSink& rows_;
     const int width_;
     const int height_;
     const int rowsPerMcuRow_;
-    size_t stride_ = 0;
     std::array<Plane, kMaxComponents> planes_;
     int nextRow_ = 0;
 };
@@ -349,7 +346,7 @@ bool decodeOnTwoThreads(const Frame& frame,
     std::thread worker;
     try {
         worker = std::thread([&] {
-            PageToucher pages(pixels.data(), bytesFromRow(0));
+            PageToucher pages(pixels.data(), pixels.empty() ? 0 : bytesFromRow(0));
             bool pagesLeft = true;
             for (int r = 0; r < frame.mcuRows; ++r) {
                 const auto slotFree = [&] { return r - built.value() < kSlots; };
@@ -380,11 +377,11 @@ bool decodeOnTwoThreads(const Frame& frame,
 JpegResult decodeProgressive(Frame& frame,
                              std::span<const uint8_t> file,
                              int reduction,
-                             std::span<uint8_t> pixels,
+                             JpegRowSink& rows,
                              std::pmr::memory_resource& memory) {
     ProgressiveDecoder scans(frame, file, memory);
     const bool whole = scans.decodeScans();
-    RowBuilder builder(frame, reduction, pixels.data(), memory);
+    RowBuilder builder(frame, reduction, rows, memory);
     for (int r = 0; r < frame.mcuRows; ++r) {
         builder.addRow(scans.takeRow(r));
     }
@@ -420,33 +417,82 @@ JpegHeader readJpegHeader(std::span<const uint8_t> file) {
     }
 }
 
+namespace {
+
+// BMP pixel data, the bottom row first, each row padded with zeros.
+class BmpRows final : public JpegRowSink {
+  public:
+    BmpRows(uint8_t* pixels, int width, int height)
+        : pixels_(pixels), height_(height), used_(static_cast<size_t>(width) * 3), stride_(jpegBmpRowBytes(width)) {}
+    uint8_t* row(int y) override { return pixels_ + static_cast<size_t>(height_ - 1 - y) * stride_; }
+    void rowDone(int y) override { std::memset(row(y) + used_, 0, stride_ - used_); }
+
+  private:
+    uint8_t* const pixels_;
+    const int height_;
+    const size_t used_;
+    const size_t stride_;
+};
+
+// `pixels`, where the rows go to memory of the picture's size, may be faulted in ahead by an idle thread.
+JpegResult decode(std::span<const uint8_t> file,
+                  JpegRowSink& rows,
+                  std::span<uint8_t> pixels,
+                  Frame& frame,
+                  const JpegOptions& options) {
+    // Data that stops before the end-of-image marker may still fill every block: a file still being
+    // written, or one cut between a progressive picture's scans.
+    const bool reachesEnd = jpegReachesEnd(file);
+    std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
+    if (frame.progressive) {
+        const JpegResult result = decodeProgressive(frame, file, options.reduction, rows, memory);
+        return reachesEnd ? result : JpegResult::damaged;
+    }
+    EntropyDecoder entropy(frame, file);
+    RowBuilder builder(frame, options.reduction, rows, memory);
+    if (options.threads < 2 || frame.mcuRows < 2 || !decodeOnTwoThreads(frame, entropy, builder, pixels, memory)) {
+        decodeOnOneThread(frame, entropy, builder, memory);
+    }
+    return entropy.ranOut() || !reachesEnd ? JpegResult::damaged : JpegResult::decoded;
+}
+
+// The file's headers when the decoder takes it at the options' reduction.
+std::unique_ptr<Frame> handledHeaders(std::span<const uint8_t> file, const JpegOptions& options) {
+    const int reduction = options.reduction;
+    if (reduction != 1 && reduction != 2 && reduction != 4 && reduction != 8) {
+        return nullptr;
+    }
+    auto frame = std::make_unique<Frame>();
+    if (readHeaders(file, *frame) != HeaderStatus::ok) {
+        return nullptr;
+    }
+    return frame;
+}
+
+}  // namespace
+
 JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options) {
     try {
-        const int reduction = options.reduction;
-        if (reduction != 1 && reduction != 2 && reduction != 4 && reduction != 8) {
+        const std::unique_ptr<Frame> frame = handledHeaders(file, options);
+        if (!frame) {
             return JpegResult::notHandled;
         }
-        const auto frame = std::make_unique<Frame>();
-        if (readHeaders(file, *frame) != HeaderStatus::ok ||
-            pixels.size() < jpegBmpRowBytes(jpegScaledSide(frame->width, reduction)) *
-                                static_cast<size_t>(jpegScaledSide(frame->height, reduction))) {
+        const int width = jpegScaledSide(frame->width, options.reduction);
+        const int height = jpegScaledSide(frame->height, options.reduction);
+        if (pixels.size() < jpegBmpRowBytes(width) * static_cast<size_t>(height)) {
             return JpegResult::notHandled;
         }
-        // Data that stops before the end-of-image marker may still fill every block: a file still being
-        // written, or one cut between a progressive picture's scans.
-        const bool reachesEnd = jpegReachesEnd(file);
-        std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
-        if (frame->progressive) {
-            const JpegResult result = decodeProgressive(*frame, file, reduction, pixels, memory);
-            return reachesEnd ? result : JpegResult::damaged;
-        }
-        EntropyDecoder entropy(*frame, file);
-        RowBuilder builder(*frame, reduction, pixels.data(), memory);
-        if (options.threads < 2 || frame->mcuRows < 2 ||
-            !decodeOnTwoThreads(*frame, entropy, builder, pixels, memory)) {
-            decodeOnOneThread(*frame, entropy, builder, memory);
-        }
-        return entropy.ranOut() || !reachesEnd ? JpegResult::damaged : JpegResult::decoded;
+        BmpRows rows(pixels.data(), width, height);
+        return decode(file, rows, pixels, *frame, options);
+    } catch (const std::bad_alloc&) {
+        return JpegResult::notHandled;
+    }
+}
+
+JpegResult decodeJpegRows(std::span<const uint8_t> file, JpegRowSink& sink, const JpegOptions& options) {
+    try {
+        const std::unique_ptr<Frame> frame = handledHeaders(file, options);
+        return frame ? decode(file, sink, {}, *frame, options) : JpegResult::notHandled;
     } catch (const std::bad_alloc&) {
         return JpegResult::notHandled;
     }

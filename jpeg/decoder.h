@@ -58,10 +58,26 @@ int jpegScaledSide(int side, int reduction);
 // targetWidth x targetHeight.
 int jpegReductionToCover(int width, int height, int targetWidth, int targetHeight);
 
+// Takes a picture's rows as the decoder makes them, top row first: each is asked for, written (width * 3
+// bytes of blue, green, red), then handed back. Whoever resizes the picture on the way needs only the few
+// rows its filter spans, never the whole picture.
+class JpegRowSink {
+  public:
+    virtual uint8_t* row(int y) = 0;
+    virtual void rowDone(int y) = 0;
+
+  protected:
+    ~JpegRowSink() = default;
+};
+
 // Decodes into BMP pixel data: rows of blue, green, red, each padded with zeros to a multiple of 4 bytes,
 // the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes for the size the reduction
 // gives. A file cut short is decoded as far as it goes (damaged). notHandled (also for a reduction other
 // than 1, 2, 4 or 8) leaves `pixels` as it was.
 JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options = {});
+
+// Decodes as decodeJpeg does, every row of the size the reduction gives to `sink` in turn (also when the
+// result is damaged; none when notHandled).
+JpegResult decodeJpegRows(std::span<const uint8_t> file, JpegRowSink& sink, const JpegOptions& options = {});
 
 }  // namespace tl

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 #include "base/fuzz/fuzz_check.h"
 #include "base/page_memory.h"
@@ -27,6 +28,35 @@ void check(bool holds, const char* what) {
     fuzz::check(holds, kTarget, what);
 }
 
+// Holds the decoder to its row order and compares each row with the same picture decoded whole.
+class RowChecker final : public JpegRowSink {
+  public:
+    RowChecker(const uint8_t* pixels, int width, int height)
+        : pixels_(pixels), height_(height), used_(static_cast<size_t>(width) * 3), row_(used_) {}
+    uint8_t* row(int y) override {
+        check(y == next_ && !open_ && y < height_, "rows asked for out of order");
+        open_ = true;
+        return row_.data();
+    }
+    void rowDone(int y) override {
+        check(y == next_ && open_, "a row handed back that wasn't asked for");
+        const uint8_t* whole =
+            pixels_ + static_cast<size_t>(height_ - 1 - y) * jpegBmpRowBytes(static_cast<int>(used_ / 3));
+        check(std::memcmp(whole, row_.data(), used_) == 0, "a row differs from the whole picture's");
+        open_ = false;
+        ++next_;
+    }
+    bool allRows() const { return next_ == height_ && !open_; }
+
+  private:
+    const uint8_t* pixels_;
+    const int height_;
+    const size_t used_;
+    std::vector<uint8_t> row_;
+    int next_ = 0;
+    bool open_ = false;
+};
+
 }  // namespace
 
 JpegFuzzChoice jpegFuzzChoice(uint8_t first) {
@@ -35,7 +65,8 @@ JpegFuzzChoice jpegFuzzChoice(uint8_t first) {
     choice.options.scratch = (first & 2) != 0 ? &pageMemory() : nullptr;  // bit 1
     choice.compareThreads = (first & 4) != 0;                             // bit 2
     choice.options.reduction = 1 << ((first >> 3) & 3);                   // bits 3-4: 1, 2, 4 or 8
-    // Bits 5 to 7 are free for further options.
+    choice.compareRows = (first & 32) != 0;                               // bit 5
+    // Bits 6 and 7 are free for further options.
     return choice;
 }
 
@@ -91,6 +122,11 @@ void jpegInput(std::span<const uint8_t> input) {
         const std::unique_ptr<uint8_t[]> again(new uint8_t[size]);
         check(decodeJpeg(file, {again.get(), size}, other) == JpegResult::decoded, "decoded once, refused once");
         check(std::memcmp(pixels.get(), again.get(), size) == 0, "one thread and two decode differently");
+    }
+    if (choice.compareRows) {
+        RowChecker rows(pixels.get(), width, height);
+        check(decodeJpegRows(file, rows, choice.options) == JpegResult::decoded, "decoded whole, not by rows");
+        check(rows.allRows(), "a row left out");
     }
 }
 

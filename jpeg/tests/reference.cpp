@@ -147,6 +147,37 @@ std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int thr
     return image;
 }
 
+std::optional<RgbImage> decodeRowsWithOurs(const std::vector<uint8_t>& jpeg) {
+    // Rows taken as the decoder hands them out, each into its own place.
+    class Rows final : public JpegRowSink {
+      public:
+        explicit Rows(int width) : width_(width), bgr_(static_cast<size_t>(width) * 3) {}
+        uint8_t* row(int) override { return bgr_.data(); }
+        void rowDone(int y) override {
+            image.height = std::max(image.height, y + 1);
+            image.rgb.resize(static_cast<size_t>(image.height) * bgr_.size());
+            for (size_t x = 0; x < static_cast<size_t>(width_); ++x) {
+                uint8_t* p = &image.rgb[static_cast<size_t>(y) * bgr_.size() + x * 3];
+                p[0] = bgr_[x * 3 + 2];
+                p[1] = bgr_[x * 3 + 1];
+                p[2] = bgr_[x * 3];
+            }
+        }
+        RgbImage image;
+
+      private:
+        int width_;
+        std::vector<uint8_t> bgr_;
+    };
+    const JpegHeader header = readJpegHeader(jpeg);
+    Rows rows(header.width);
+    rows.image.width = header.width;
+    if (!header.handled || decodeJpegRows(jpeg, rows) == JpegResult::notHandled) {
+        return std::nullopt;
+    }
+    return rows.image;
+}
+
 Difference compareImages(const RgbImage& a, const RgbImage& b) {
     Difference d;
     if (a.width != b.width || a.height != b.height || a.rgb.size() != b.rgb.size()) {

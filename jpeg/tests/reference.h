@@ -40,6 +40,8 @@ std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg,
                                        int threads,
                                        bool* complete = nullptr,
                                        int reduction = 1);
+// The same, whole, taken a row at a time from decodeJpegRows.
+std::optional<RgbImage> decodeRowsWithOurs(const std::vector<uint8_t>& jpeg);
 
 // The picture resized to exactly width x height by ImageMagick with one of its filters ("Lanczos", "Box").
 std::optional<RgbImage> referenceResize(const TempDir& dir,
