@@ -46,6 +46,20 @@ class CoefficientSlot {
     std::array<ScratchArray<uint8_t>, kMaxComponents> last_;
 };
 
+// Clears the top left size x size coefficients of a block and its last one, the only ones the entropy
+// decoder writes for a block decoded smaller (sizes 4, 2 and 1).
+[[gnu::always_inline]] inline void clearCorner(int16_t* block, int size) {
+    if (size == 4) {
+        for (int y = 0; y < 4; ++y) {
+            std::memset(block + 8 * y, 0, 4 * sizeof(int16_t));
+        }
+    } else {
+        std::memset(block, 0, 2 * sizeof(int16_t));
+        std::memset(block + 8, 0, 2 * sizeof(int16_t));
+    }
+    block[63] = 0;
+}
+
 // Turns rows of coefficients into BMP rows: inverse DCT into a few rows of samples per component, then,
 // as soon as every component has the rows a picture row needs, upsampling and colour conversion straight
 // into the caller's pixels. At a reduction each block gives fewer samples (4, 2 or 1 a side for the
@@ -94,6 +108,14 @@ class RowBuilder {
         }
     }
 
+    // The samples a side each component's blocks are decoded to.
+    std::array<int, kMaxComponents> blockSizes() const {
+        std::array<int, kMaxComponents> sizes{};
+        for (size_t c = 0; c < kMaxComponents; ++c) {
+            sizes[c] = planes_[c].blockSize;
+        }
+        return sizes;
+    }
     int width() const { return width_; }
     int height() const { return height_; }
     // Picture rows each MCU row makes (the last may make fewer).
@@ -129,13 +151,16 @@ class RowBuilder {
                         idctBlockReduced(blocks + index * 64, last[index], size, out + size * bx, plane.stride);
                     }
                 }
+                // A block decoded smaller has its coefficients in its top left corner and in its last one.
                 for (bx = 0; bx < comp.blocksAcross; ++bx) {
                     const size_t index = first + static_cast<size_t>(bx);
                     int16_t* const block = blocks + index * 64;
                     if (last[index] == 0) {
                         block[0] = 0;
-                    } else {
+                    } else if (size == 8) {
                         std::memset(block, 0, 64 * sizeof(int16_t));
+                    } else {
+                        clearCorner(block, size);
                     }
                 }
             }
@@ -448,8 +473,8 @@ JpegResult decode(std::span<const uint8_t> file,
         const JpegResult result = decodeProgressive(frame, file, options.reduction, rows, memory);
         return reachesEnd ? result : JpegResult::damaged;
     }
-    EntropyDecoder entropy(frame, file);
     RowBuilder builder(frame, options.reduction, rows, memory);
+    EntropyDecoder entropy(frame, file, builder.blockSizes());
     if (options.threads < 2 || frame.mcuRows < 2 || !decodeOnTwoThreads(frame, entropy, builder, pixels, memory)) {
         decodeOnOneThread(frame, entropy, builder, memory);
     }

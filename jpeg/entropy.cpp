@@ -41,9 +41,17 @@ constexpr std::array<uint8_t, 64> makeZigzag() {
 
 const std::array<uint8_t, 64> kZigzag = makeZigzag();
 
-EntropyDecoder::EntropyDecoder(const Frame& frame, std::span<const uint8_t> file)
+EntropyDecoder::EntropyDecoder(const Frame& frame,
+                               std::span<const uint8_t> file,
+                               const std::array<int, kMaxComponents>& blockSizes)
     : frame_(frame), stream_(file.data() + frame.scanStart, file.data() + file.size()) {
     restartsLeft_ = frame.restartInterval;
+    for (size_t c = 0; c < kMaxComponents; ++c) {
+        for (size_t k = 0; k < 64; ++k) {
+            const int at = kZigzag[k];
+            orders_[c][k] = static_cast<uint8_t>(at / 8 < blockSizes[c] && at % 8 < blockSizes[c] ? at : 63);
+        }
+    }
     for (int i = 0; i < frame.componentCount; ++i) {
         const int c = frame.scanOrder[static_cast<size_t>(i)];
         const Component& comp = frame.components[static_cast<size_t>(c)];
@@ -54,7 +62,8 @@ EntropyDecoder::EntropyDecoder(const Frame& frame, std::span<const uint8_t> file
                                                               v,
                                                               &frame.dc[static_cast<size_t>(comp.dcTable)],
                                                               &frame.ac[static_cast<size_t>(comp.acTable)],
-                                                              frame.quant[static_cast<size_t>(comp.quant)].data()};
+                                                              frame.quant[static_cast<size_t>(comp.quant)].data(),
+                                                              orders_[static_cast<size_t>(c)].data()};
             }
         }
     }
@@ -114,6 +123,7 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
     constexpr int look = HuffmanTable::kLookBits;
     const HuffmanTable& ac = *plan.ac;
     const uint16_t* const q = plan.quant;
+    const uint8_t* const order = plan.order;
     if (b.count < 32) {
         b = stream_.refill(b);
     }
@@ -143,7 +153,7 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
             if (k > 63) {
                 break;
             }
-            out[kZigzag[static_cast<size_t>(k)]] = static_cast<int16_t>(fast.value * q[k]);
+            out[order[k]] = static_cast<int16_t>(fast.value * q[k]);
             last = k++;
             continue;
         }
@@ -162,7 +172,7 @@ int decodeLongCode(const HuffmanTable& table, uint64_t& bits, int& count) {
         if (k > 63) {
             break;
         }
-        out[kZigzag[static_cast<size_t>(k)]] = static_cast<int16_t>(static_cast<uint32_t>(value) * q[k]);
+        out[order[k]] = static_cast<int16_t>(static_cast<uint32_t>(value) * q[k]);
         last = k++;
     }
     return last;

@@ -75,7 +75,12 @@ struct CoefficientRow {
 // marker is left flat grey, which is what other decoders show.
 class EntropyDecoder {
   public:
-    EntropyDecoder(const Frame& frame, std::span<const uint8_t> file);
+    // blockSizes: for each component, the samples a side its blocks are decoded to (8: whole). A block made
+    // smaller needs only its lowest frequencies; the others go to its coefficient 63, which no smaller
+    // transform reads, so that whoever clears the block has only those few to clear.
+    EntropyDecoder(const Frame& frame,
+                   std::span<const uint8_t> file,
+                   const std::array<int, kMaxComponents>& blockSizes);
     void decodeRow(const CoefficientRow& row);
     // The data ran out somewhere before the last MCU: part of the picture is grey.
     bool ranOut() const { return ranOut_; }
@@ -88,6 +93,7 @@ class EntropyDecoder {
         const HuffmanTable* dc;
         const HuffmanTable* ac;
         const uint16_t* quant;
+        const uint8_t* order;  // where each coefficient in the file's order goes
     };
     using Bits = BitStream::Bits;
     int decodeBlock(Bits& b, int16_t* coefficients, const BlockPlan& plan);
@@ -100,6 +106,7 @@ class EntropyDecoder {
     int restartsLeft_ = 0;
     std::array<int, kMaxComponents> predictors_{};
     std::array<BlockPlan, kMaxBlocksInMcu> plan_{};
+    std::array<std::array<uint8_t, 64>, kMaxComponents> orders_{};
     int blocksInMcu_ = 0;
 };
 
