@@ -19,9 +19,9 @@
 
 #include "app/app_state.h"
 #include "base/file_system_win.h"
+#include "base/random.h"
 #include "base/text_file_win.h"
 #include "base/utf8_win.h"
-#include "base/random.h"
 #include "changer/apply_rules.h"
 #include "changer/desktop_win.h"
 #include "changer/main_form.h"
@@ -48,8 +48,8 @@ double msSince(Clock::time_point start) {
 class BenchHost : public MainFormHost {
   public:
     BenchHost() {
-        window_ = ::CreateWindowExW(0, L"STATIC", L"changer bench", WS_OVERLAPPEDWINDOW, 0, 0, 600, 500, nullptr, nullptr,
-                                    nullptr, nullptr);
+        window_ = ::CreateWindowExW(0, L"STATIC", L"changer bench", WS_OVERLAPPEDWINDOW, 0, 0, 600, 500, nullptr,
+                                    nullptr, nullptr, nullptr);
         HWND list = ::CreateWindowExW(0, L"LISTBOX", L"", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY, 0, 0, 300, 200,
                                       window_, nullptr, nullptr, nullptr);
         list1_ = std::make_unique<Win32ListBox>(list);
@@ -57,8 +57,10 @@ class BenchHost : public MainFormHost {
                                           nullptr, nullptr);
         panel.previewDefaultWidth = 200;
         panel.previewDefaultHeight = 150;
-        panel.fsize = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 200, 100, 20, window_, nullptr, nullptr, nullptr);
-        panel.fdate = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 220, 100, 20, window_, nullptr, nullptr, nullptr);
+        panel.fsize =
+            ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 200, 100, 20, window_, nullptr, nullptr, nullptr);
+        panel.fdate =
+            ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 220, 100, 20, window_, nullptr, nullptr, nullptr);
         panel.dimensions =
             ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD, 0, 240, 100, 20, window_, nullptr, nullptr, nullptr);
         panel.keepPicture = true;
@@ -248,8 +250,9 @@ std::string temporaryFolder() {
 }
 
 // One Scale apply of the picture to a 1920 x 1080 desktop in this fresh process: how far the resident memory
-// rose above where it stood before (Wine's peak working set is the process's high-water mark), beside the
-// decoded picture and the screen-sized result it needs at the least.
+// rose above where it stood before (Wine's peak working set is the process's high-water mark), beside what
+// it needs at the least: the file, read whole, and the screen-sized result. The picture itself is decoded
+// at a reduced size a few rows at a time and resampled on the way, never held whole.
 int scalePeak(const std::string& large) {
     const std::string dir = temporaryFolder();
     BenchForm b(dir, large + "\t3\r\n");
@@ -260,7 +263,9 @@ int scalePeak(const std::string& large) {
     PROCESS_MEMORY_COUNTERS after{};
     ::K32GetProcessMemoryInfo(::GetCurrentProcess(), &after, sizeof after);
     const std::optional<LoadedPicture> natural = loadPictureFor(large, [](int, int) { return std::pair{1, 1}; });
-    if (b.form.previewTag() != large || !natural) {
+    WIN32_FILE_ATTRIBUTE_DATA file{};
+    if (b.form.previewTag() != large || !natural ||
+        !::GetFileAttributesExW(widen(large).c_str(), GetFileExInfoStandard, &file)) {
         std::fprintf(stderr, "can't apply %s\n", large.c_str());
         return 1;
     }
@@ -269,15 +274,13 @@ int scalePeak(const std::string& large) {
     const int height = scaledSide(natural->naturalHeight, factor);
     const int reduction = jpegReductionToCover(natural->naturalWidth, natural->naturalHeight, sideToResampleFrom(width),
                                                sideToResampleFrom(height));
-    const double decoded = static_cast<double>(Picture::rowBytes(jpegScaledSide(natural->naturalWidth, reduction))) *
-                           jpegScaledSide(natural->naturalHeight, reduction);
     const double result = static_cast<double>(Picture::rowBytes(width)) * height;
     std::printf(
         "scale apply peak MB above the start: %.1f\n",
         static_cast<double>(after.PeakWorkingSetSize - std::min(after.PeakWorkingSetSize, before.WorkingSetSize)) /
             1048576.0);
-    std::printf("decoded picture (at 1/%d) and result MB: %.1f + %.1f\n", reduction, decoded / 1048576.0,
-                result / 1048576.0);
+    std::printf("file and result MB: %.1f + %.1f (decoded at 1/%d a few rows at a time)\n",
+                static_cast<double>(file.nFileSizeLow) / 1048576.0, result / 1048576.0, reduction);
     b.form.unload();
     ::DeleteFileA((dir + "\\tl_current.bmp").c_str());
     ::DeleteFileA((dir + "\\bench.wall").c_str());

@@ -13,11 +13,10 @@ bool Win32WallpaperPictures::showImageFacts(WallpaperEntry& entry, PictureUse us
     panel_.keepPicture = use != PictureUse::previewOnly;
     panel_.keepSize = nullptr;
     if (use == PictureUse::fitted) {
-        // Room to spare for the resampler, as the size the Scaler works out may differ a little.
+        // Decoded straight to the size Scale shows it at, which saveScaledBitmap then only writes.
         panel_.keepSize = [screen](int width, int height) {
             const double factor = scaleFactor(width, height, screen);
-            return std::pair{sideToResampleFrom(scaledSide(width, factor)),
-                             sideToResampleFrom(scaledSide(height, factor))};
+            return std::pair{scaledSide(width, factor), scaledSide(height, factor)};
         };
     }
     const bool shown = ShowImageFacts(entry, panel_);
@@ -49,20 +48,23 @@ bool Win32WallpaperPictures::saveCurrentBitmap(const std::string& bitmapPath) {
 }
 
 bool Win32WallpaperPictures::saveScaledBitmap(const std::string& bitmapPath, int32_t width, int32_t height) {
-    std::optional<Picture> loaded;
     const Picture* picture = panel_.picture();
-    if (!picture) {
-        // As for saveCurrentBitmap: decoded again, this time only about as large as needed.
-        if (shownPath_.empty() ||
-            !(loaded = loadPictureAtLeast(shownPath_, sideToResampleFrom(width), sideToResampleFrom(height)))) {
-            return false;
-        }
-        picture = &*loaded;
+    if (picture && picture->width() == width && picture->height() == height) {
+        const bool written = writeBitmapFile(*picture, bitmapPath);
+        panel_.releasePicture();
+        return written;
     }
-    const Picture scaled = resampledPicture(*picture, width, height);
-    loaded.reset();
-    panel_.releasePicture();  // the larger picture goes before the file is written
-    return scaled && writeBitmapFile(scaled, bitmapPath);
+    // Not decoded for Scale this time (the picture on show turned to Scale), or at another size (the entry's
+    // size is not the file's, from a list written before the picture changed): decoded again, straight to
+    // the size.
+    panel_.releasePicture();
+    if (shownPath_.empty()) {
+        return false;
+    }
+    const std::optional<LoadedPicture> scaled = loadPictureFitted(shownPath_, [=](int, int) {
+        return std::pair{width, height};
+    });
+    return scaled && writeBitmapFile(scaled->picture, bitmapPath);
 }
 
 bool Win32WallpaperPictures::composeWallpaper(const WallpaperPlan& plan, const std::string& bitmapPath) {

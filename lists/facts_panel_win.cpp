@@ -36,8 +36,9 @@ void FactsPanel::showPendingPreview() {
     }
     const PendingPreview p = std::move(*pending_);
     pending_.reset();
-    const std::optional<LoadedPicture> loaded = loadPictureFor(
-        p.path, [&](int, int) { return std::pair{sideToResampleFrom(p.width), sideToResampleFrom(p.height)}; });
+    const std::optional<LoadedPicture> loaded = loadPictureFor(p.path, [&](int, int) {
+        return std::pair{sideToResampleFrom(p.width), sideToResampleFrom(p.height)};
+    });
     if (!loaded) {
         return;  // gone or changed since: the preview stays empty, as for a picture that can't be loaded
     }
@@ -89,21 +90,18 @@ bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel) {
     // Decoded no larger than the preview and the caller need: a photo shown only in the preview is
     // decoded at an eighth of its size.
     const SizeNeeded needed = [&](int naturalWidth, int naturalHeight) {
-        if (panel.keepPicture && !panel.keepSize) {
+        if (panel.keepPicture) {
             return std::pair{naturalWidth, naturalHeight};
         }
-        std::pair<int, int> size{1, 1};
         if (panel.preview) {
             const auto [w, h] = previewBox(naturalWidth, naturalHeight);
-            size = {sideToResampleFrom(w), sideToResampleFrom(h)};
+            return std::pair{sideToResampleFrom(w), sideToResampleFrom(h)};
         }
-        if (panel.keepPicture) {
-            const auto [w, h] = panel.keepSize(naturalWidth, naturalHeight);
-            size = {std::max(size.first, w), std::max(size.second, h)};
-        }
-        return size;
+        return std::pair{1, 1};
     };
-    std::optional<LoadedPicture> loaded = loadPictureFor(entry.path, needed);
+    std::optional<LoadedPicture> loaded = panel.keepPicture && panel.keepSize
+                                              ? loadPictureFitted(entry.path, panel.keepSize)
+                                              : loadPictureFor(entry.path, needed);
     if (!loaded) {
         return false;
     }

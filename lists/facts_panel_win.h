@@ -21,8 +21,8 @@ namespace tl {
 // The preview only ever holds a small copy fitted to the box. The decoded picture of the last successful
 // ShowImageFacts is kept only when keepPicture is set (the changer saves it as its bitmap without decoding
 // twice): take it with takePicture(), or drop it with releasePicture(); the next ShowImageFacts replaces it.
-// It is whole, unless keepSize says how large it needs to be: then it may be decoded smaller, no smaller
-// than that. With keepPicture clear (the default) it is decoded only as large as the preview needs and
+// It is whole, unless keepSize gives the size it is wanted at: then it comes resampled to that size (the
+// preview is made from it). With keepPicture clear (the default) it is decoded only as large as the preview needs and
 // freed before ShowImageFacts returns.
 class FactsPanel {
   public:
@@ -67,9 +67,9 @@ class FactsPanel {
 };
 
 // Loads the entry's picture into the panel's preview, fitted to its box (when its window shows, if it is
-// hidden now), and fills the labels with the file's size, date and dimensions. The picture's natural size and the file's size are stored into the
-// entry where it has 0; stored ones are used as they are. False when the picture can't be loaded (the
-// preview is left hidden and empty, the labels as they were).
+// hidden now), and fills the labels with the file's size, date and dimensions. The picture's natural size and the
+// file's size are stored into the entry where it has 0; stored ones are used as they are. False when the picture can't
+// be loaded (the preview is left hidden and empty, the labels as they were).
 bool ShowImageFacts(WallpaperEntry& entry, FactsPanel& panel);
 
 }  // namespace tl

@@ -13,6 +13,7 @@
 #include <cstring>
 #include <new>
 #include <span>
+#include <tuple>
 #include <utility>
 
 namespace tl {
@@ -71,10 +72,23 @@ struct JpegLoad {
     bool refused = false;  // a JPEG cut short or with data missing: no decoder may show it
 };
 
+// Hands the decoder's rows to the resampler, which keeps only the few its filter spans.
+class ResampledRows final : public JpegRowSink {
+  public:
+    explicit ResampledRows(RowResampler& resampler) : resampler_(resampler) {}
+    uint8_t* row(int y) override { return resampler_.row(y); }
+    void rowDone(int y) override { resampler_.rowDone(y); }
+
+  private:
+    RowResampler& resampler_;
+};
+
 // Our own decoder goes first for JPEG files: several times faster than WIC on a big photo, and it writes
-// straight into the DIB, at a reduced size where that still covers what is needed. Neither a picture nor
-// refused when it doesn't handle the file (arithmetic coding, CMYK...), for WIC to try.
-JpegLoad loadJpeg(const std::wstring& path, const SizeNeeded& needed) {
+// straight into the DIB, at a reduced size where that still covers what is needed. With `exact`, the
+// picture comes out resampled to exactly the size `needed` gives, on the way from the decoder: decoded at
+// the reduced size that covers a quarter more, and never held at that size. Neither a picture nor refused
+// when the decoder doesn't handle the file (arithmetic coding, CMYK...), for WIC to try.
+JpegLoad loadJpeg(const std::wstring& path, const SizeNeeded& needed, bool exact) {
     JpegFile file;
     try {
         file = readJpegFile(path);
@@ -93,22 +107,43 @@ JpegLoad loadJpeg(const std::wstring& path, const SizeNeeded& needed) {
     if (!header.handled) {
         return {};
     }
-    JpegOptions options;
-    if (needed) {
-        const auto [width, height] = needed(header.width, header.height);
-        options.reduction = jpegReductionToCover(header.width, header.height, width, height);
-    }
-    Picture picture = Picture::create(jpegScaledSide(header.width, options.reduction),
-                                      jpegScaledSide(header.height, options.reduction));
-    if (!picture) {
-        return {};
-    }
     // One thread: under Wine a thread that has ended leaves about a megabyte behind (Wine keeps the last one's
     // stacks), which the tray program would then hold while idle after every large picture. A second thread
     // only pays on a loaded machine's spare core anyway, and at a reduction little work is left for it.
+    JpegOptions options;
     options.threads = 1;
     options.scratch = &pageMemory();
-    switch (decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options)) {
+    int width = header.width;
+    int height = header.height;
+    if (needed) {
+        std::tie(width, height) = needed(header.width, header.height);
+        options.reduction = exact ? jpegReductionToCover(header.width, header.height, sideToResampleFrom(width),
+                                                         sideToResampleFrom(height))
+                                  : jpegReductionToCover(header.width, header.height, width, height);
+    }
+    const int decodedWidth = jpegScaledSide(header.width, options.reduction);
+    const int decodedHeight = jpegScaledSide(header.height, options.reduction);
+    if (!exact) {
+        width = decodedWidth;
+        height = decodedHeight;
+    }
+    Picture picture = Picture::create(width, height);
+    if (!picture) {
+        return {};
+    }
+    JpegResult result = JpegResult::notHandled;
+    if (width == decodedWidth && height == decodedHeight) {
+        result = decodeJpeg(file.bytes(), {picture.bits(), picture.imageSize()}, options);
+    } else {
+        try {
+            RowResampler resampler(decodedWidth, decodedHeight, picture.bits(), width, height, picture.stride(), true);
+            ResampledRows rows(resampler);
+            result = decodeJpegRows(file.bytes(), rows, options);
+        } catch (const std::bad_alloc&) {
+            return {};
+        }
+    }
+    switch (result) {
         case JpegResult::decoded:
             return {LoadedPicture{std::move(picture), header.width, header.height}, false};
         case JpegResult::damaged:
@@ -238,7 +273,7 @@ std::optional<Picture> loadPicture(const std::string& path) {
 
 std::optional<LoadedPicture> loadPictureFor(const std::string& path, const SizeNeeded& needed) {
     const std::wstring wide = widen(path);
-    JpegLoad jpeg = loadJpeg(wide, needed);
+    JpegLoad jpeg = loadJpeg(wide, needed, false);
     if (jpeg.picture || jpeg.refused) {
         return std::move(jpeg.picture);
     }
@@ -249,6 +284,29 @@ std::optional<LoadedPicture> loadPictureFor(const std::string& path, const SizeN
     const int width = picture->width();
     const int height = picture->height();
     return LoadedPicture{std::move(*picture), width, height};
+}
+
+std::optional<LoadedPicture> loadPictureFitted(const std::string& path, const SizeNeeded& fitted) {
+    const std::wstring wide = widen(path);
+    JpegLoad jpeg = loadJpeg(wide, fitted, true);
+    if (jpeg.picture || jpeg.refused) {
+        return std::move(jpeg.picture);
+    }
+    std::optional<Picture> whole = loadWithWic(wide);
+    if (!whole) {
+        return std::nullopt;
+    }
+    const int naturalWidth = whole->width();
+    const int naturalHeight = whole->height();
+    const auto [width, height] = fitted(naturalWidth, naturalHeight);
+    if (width == naturalWidth && height == naturalHeight) {
+        return LoadedPicture{std::move(*whole), naturalWidth, naturalHeight};
+    }
+    Picture picture = resampledPicture(*whole, width, height);
+    if (!picture) {
+        return std::nullopt;
+    }
+    return LoadedPicture{std::move(picture), naturalWidth, naturalHeight};
 }
 
 std::optional<Picture> loadPictureAtLeast(const std::string& path, int width, int height) {

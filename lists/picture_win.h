@@ -68,6 +68,11 @@ std::optional<LoadedPicture> loadPictureFor(const std::string& path, const SizeN
 // The same for a size known beforehand.
 std::optional<Picture> loadPictureAtLeast(const std::string& path, int width, int height);
 
+// Decodes the picture resampled to exactly the size `fitted` gives for its natural size: a JPEG at the
+// reduced size that covers a quarter more, resampled row by row as it is decoded, so nothing larger than
+// the result is ever held; anything else decoded whole first. nullopt as for loadPicture.
+std::optional<LoadedPicture> loadPictureFitted(const std::string& path, const SizeNeeded& fitted);
+
 // A copy of the picture at another size: averaged when shrinking, halftone-stretched when enlarging.
 // Empty on failure.
 Picture scaledPicture(const Picture& source, int width, int height);
