@@ -272,15 +272,15 @@ int scalePeak(const std::string& large) {
     const double factor = scaleFactor(natural->naturalWidth, natural->naturalHeight, b.host.screen);
     const int width = scaledSide(natural->naturalWidth, factor);
     const int height = scaledSide(natural->naturalHeight, factor);
-    const int reduction = jpegReductionToCover(natural->naturalWidth, natural->naturalHeight, sideToResampleFrom(width),
-                                               sideToResampleFrom(height));
+    const int eighths = jpegEighthsToCover(natural->naturalWidth, natural->naturalHeight, sideToResampleFrom(width),
+                                           sideToResampleFrom(height));
     const double result = static_cast<double>(Picture::rowBytes(width)) * height;
     std::printf(
         "scale apply peak MB above the start: %.1f\n",
         static_cast<double>(after.PeakWorkingSetSize - std::min(after.PeakWorkingSetSize, before.WorkingSetSize)) /
             1048576.0);
-    std::printf("file and result MB: %.1f + %.1f (decoded at 1/%d a few rows at a time)\n",
-                static_cast<double>(file.nFileSizeLow) / 1048576.0, result / 1048576.0, reduction);
+    std::printf("file and result MB: %.1f + %.1f (decoded at %d/8 of its size a few rows at a time)\n",
+                static_cast<double>(file.nFileSizeLow) / 1048576.0, result / 1048576.0, eighths);
     b.form.unload();
     ::DeleteFileA((dir + "\\tl_current.bmp").c_str());
     ::DeleteFileA((dir + "\\bench.wall").c_str());

@@ -43,8 +43,8 @@ void makeUpLikeTessaline(HWND window) {
     metrics.cbSize = sizeof metrics;
     ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     HFONT font = ::CreateFontIndirectW(&metrics.lfMessageFont);
-    HWND label = ::CreateWindowExW(0, L"STATIC", L"fair reference", WS_CHILD | WS_VISIBLE, 4, 4, 180, 20, window, nullptr,
-                                   ::GetModuleHandleW(nullptr), nullptr);
+    HWND label = ::CreateWindowExW(0, L"STATIC", L"fair reference", WS_CHILD | WS_VISIBLE, 4, 4, 180, 20, window,
+                                   nullptr, ::GetModuleHandleW(nullptr), nullptr);
     ::SendMessageW(label, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
 
     NOTIFYICONDATAW icon{};

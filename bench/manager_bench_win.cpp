@@ -11,11 +11,11 @@
 
 #include "app/app_state.h"
 #include "base/file_system_win.h"
-#include "base/text_file_win.h"
-#include "base/utf8_win.h"
 #include "base/random.h"
+#include "base/text_file_win.h"
 #include "base/ui.h"
 #include "base/unique_handle_win.h"
+#include "base/utf8_win.h"
 #include "bench/manager_bench_data.h"
 #include "lists/list_box_win.h"
 #include "manager/list_manager.h"
@@ -50,8 +50,8 @@ int main(int argc, char** argv) {
                                        nullptr, nullptr));
     for (int round = 0; round < rounds; ++round) {
         // Hidden while it fills, as List1 is during a folder or file add.
-        unique_hwnd box(::CreateWindowExW(0, L"LISTBOX", L"", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY | WS_VSCROLL, 0, 0,
-                                          500, 300, host.get(), nullptr, nullptr, nullptr));
+        unique_hwnd box(::CreateWindowExW(0, L"LISTBOX", L"", WS_CHILD | LBS_EXTENDEDSEL | LBS_NOTIFY | WS_VSCROLL, 0,
+                                          0, 500, 300, host.get(), nullptr, nullptr, nullptr));
         Win32ListBox list1(box.get());
         test::FakeManagerView view;
         SilentUi ui;

@@ -81,8 +81,8 @@ int main(int argc, char** argv) {
                                     nullptr, nullptr);
     {
         FactsPanel facts;
-        facts.preview =
-            ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_BITMAP, 0, 0, 303, 257, window, nullptr, nullptr, nullptr);
+        facts.preview = ::CreateWindowExW(0, L"STATIC", L"", WS_CHILD | SS_BITMAP, 0, 0, 303, 257, window, nullptr,
+                                          nullptr, nullptr);
         facts.previewDefaultWidth = 303;
         facts.previewDefaultHeight = 257;
         facts.keepPicture = true;

@@ -47,9 +47,9 @@ class CoefficientSlot {
 };
 
 // Clears the top left size x size coefficients of a block and its last one, the only ones the entropy
-// decoder writes for a block decoded smaller (sizes 4, 2 and 1).
+// decoder writes for a block decoded smaller (sizes 4, 3, 2 and 1; a few more may be cleared).
 [[gnu::always_inline]] inline void clearCorner(int16_t* block, int size) {
-    if (size == 4) {
+    if (size >= 3) {
         for (int y = 0; y < 4; ++y) {
             std::memset(block + 8 * y, 0, 4 * sizeof(int16_t));
         }
@@ -62,24 +62,26 @@ class CoefficientSlot {
 
 // Turns rows of coefficients into BMP rows: inverse DCT into a few rows of samples per component, then,
 // as soon as every component has the rows a picture row needs, upsampling and colour conversion straight
-// into the caller's pixels. At a reduction each block gives fewer samples (4, 2 or 1 a side for the
+// into the caller's pixels. At a reduced size each block gives fewer samples (4, 3, 2 or 1 a side for the
 // picture's densest component); a component sampled more sparsely keeps up to 8 a side, so it needs less
 // upsampling, or none.
 class RowBuilder {
   public:
-    RowBuilder(const Frame& frame, int reduction, JpegRowSink& rows, std::pmr::memory_resource& memory)
+    RowBuilder(const Frame& frame, int eighths, JpegRowSink& rows, std::pmr::memory_resource& memory)
         : frame_(frame),
           rows_(rows),
-          width_(jpegScaledSide(frame.width, reduction)),
-          height_(jpegScaledSide(frame.height, reduction)),
-          rowsPerMcuRow_(frame.vMax * 8 / reduction) {
+          width_(jpegScaledSide(frame.width, eighths)),
+          height_(jpegScaledSide(frame.height, eighths)),
+          rowsPerMcuRow_(frame.vMax * eighths) {
         for (int c = 0; c < frame.componentCount; ++c) {
             const Component& comp = frame.components[static_cast<size_t>(c)];
             Plane& plane = planes_[static_cast<size_t>(c)];
             int hScale = frame.hMax / comp.h;
             int vScale = frame.vMax / comp.v;
-            plane.blockSize = 8 / reduction;
-            while (plane.blockSize < 8 && hScale % 2 == 0 && vScale % 2 == 0) {
+            plane.blockSize = eighths;
+            // No 6-point transform: at three eighths a sparser component is upsampled from 3 a side.
+            const bool powerOfTwo = (plane.blockSize & (plane.blockSize - 1)) == 0;
+            while (powerOfTwo && plane.blockSize < 8 && hScale % 2 == 0 && vScale % 2 == 0) {
                 plane.blockSize *= 2;
                 hScale /= 2;
                 vScale /= 2;
@@ -179,7 +181,7 @@ class RowBuilder {
         int ringRows = 0;
         int rowsDone = 0;
         int blockSize = 8;  // samples a side each block gives
-        int width = 0;      // samples across and rows, at this reduction
+        int width = 0;      // samples across and rows, at this size
         int height = 0;
         int hScale = 1;  // the upsampling each way
         int vScale = 1;
@@ -401,12 +403,12 @@ bool decodeOnTwoThreads(const Frame& frame,
 // Every scan into the whole picture's coefficients first, then the rows as a sequential picture's.
 JpegResult decodeProgressive(Frame& frame,
                              std::span<const uint8_t> file,
-                             int reduction,
+                             int eighths,
                              JpegRowSink& rows,
                              std::pmr::memory_resource& memory) {
     ProgressiveDecoder scans(frame, file, memory);
     const bool whole = scans.decodeScans();
-    RowBuilder builder(frame, reduction, rows, memory);
+    RowBuilder builder(frame, eighths, rows, memory);
     for (int r = 0; r < frame.mcuRows; ++r) {
         builder.addRow(scans.takeRow(r));
     }
@@ -419,17 +421,17 @@ size_t jpegBmpRowBytes(int width) {
     return (static_cast<size_t>(width) * 3 + 3) & ~static_cast<size_t>(3);
 }
 
-int jpegScaledSide(int side, int reduction) {
-    return (side + reduction - 1) / reduction;
+int jpegScaledSide(int side, int eighths) {
+    return static_cast<int>((static_cast<int64_t>(side) * eighths + 7) / 8);
 }
 
-int jpegReductionToCover(int width, int height, int targetWidth, int targetHeight) {
-    for (const int reduction : {8, 4, 2}) {
-        if (jpegScaledSide(width, reduction) >= targetWidth && jpegScaledSide(height, reduction) >= targetHeight) {
-            return reduction;
+int jpegEighthsToCover(int width, int height, int targetWidth, int targetHeight) {
+    for (const int eighths : {1, 2, 3, 4}) {
+        if (jpegScaledSide(width, eighths) >= targetWidth && jpegScaledSide(height, eighths) >= targetHeight) {
+            return eighths;
         }
     }
-    return 1;
+    return 8;
 }
 
 JpegHeader readJpegHeader(std::span<const uint8_t> file) {
@@ -470,10 +472,10 @@ JpegResult decode(std::span<const uint8_t> file,
     const bool reachesEnd = jpegReachesEnd(file);
     std::pmr::memory_resource& memory = options.scratch ? *options.scratch : *std::pmr::new_delete_resource();
     if (frame.progressive) {
-        const JpegResult result = decodeProgressive(frame, file, options.reduction, rows, memory);
+        const JpegResult result = decodeProgressive(frame, file, options.eighths, rows, memory);
         return reachesEnd ? result : JpegResult::damaged;
     }
-    RowBuilder builder(frame, options.reduction, rows, memory);
+    RowBuilder builder(frame, options.eighths, rows, memory);
     EntropyDecoder entropy(frame, file, builder.blockSizes());
     if (options.threads < 2 || frame.mcuRows < 2 || !decodeOnTwoThreads(frame, entropy, builder, pixels, memory)) {
         decodeOnOneThread(frame, entropy, builder, memory);
@@ -481,10 +483,10 @@ JpegResult decode(std::span<const uint8_t> file,
     return entropy.ranOut() || !reachesEnd ? JpegResult::damaged : JpegResult::decoded;
 }
 
-// The file's headers when the decoder takes it at the options' reduction.
+// The file's headers when the decoder takes it at the options' size.
 std::unique_ptr<Frame> handledHeaders(std::span<const uint8_t> file, const JpegOptions& options) {
-    const int reduction = options.reduction;
-    if (reduction != 1 && reduction != 2 && reduction != 4 && reduction != 8) {
+    const int eighths = options.eighths;
+    if (eighths != 1 && eighths != 2 && eighths != 3 && eighths != 4 && eighths != 8) {
         return nullptr;
     }
     auto frame = std::make_unique<Frame>();
@@ -502,8 +504,8 @@ JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, 
         if (!frame) {
             return JpegResult::notHandled;
         }
-        const int width = jpegScaledSide(frame->width, options.reduction);
-        const int height = jpegScaledSide(frame->height, options.reduction);
+        const int width = jpegScaledSide(frame->width, options.eighths);
+        const int height = jpegScaledSide(frame->height, options.eighths);
         if (pixels.size() < jpegBmpRowBytes(width) * static_cast<size_t>(height)) {
             return JpegResult::notHandled;
         }

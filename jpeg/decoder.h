@@ -36,9 +36,9 @@ struct JpegOptions {
     // Where the row and coefficient buffers come from (about 1.5 MB for a 24-megapixel photo; a progressive
     // one keeps all its coefficients, 2 bytes a sample: 72 MB at 4:2:0, 144 MB at 4:4:4); null: the heap.
     std::pmr::memory_resource* scratch = nullptr;
-    // 1 decodes the whole picture; 2, 4 or 8 decode it at that fraction of its size, each side rounded up
-    // (jpegScaledSide), from the low frequencies of its blocks: much less work than the whole picture.
-    int reduction = 1;
+    // 8 decodes the whole picture; 4, 3, 2 or 1 decode it at that many eighths of its size, each side rounded
+    // up (jpegScaledSide), from the low frequencies of its blocks: much less work than the whole picture.
+    int eighths = 8;
 };
 
 // Reads the headers up to the first scan.
@@ -51,12 +51,12 @@ bool jpegReachesEnd(std::span<const uint8_t> file);
 // Bytes in one BMP pixel row: width * 3 padded to a multiple of 4.
 size_t jpegBmpRowBytes(int width);
 
-// A side of the picture decoded at 1/reduction of its size.
-int jpegScaledSide(int side, int reduction);
+// A side of the picture decoded at that many eighths of its size.
+int jpegScaledSide(int side, int eighths);
 
-// The largest reduction (8, 4 or 2, else 1) at which a width x height picture still covers
+// The fewest eighths (1, 2, 3 or 4, else 8) at which a width x height picture still covers
 // targetWidth x targetHeight.
-int jpegReductionToCover(int width, int height, int targetWidth, int targetHeight);
+int jpegEighthsToCover(int width, int height, int targetWidth, int targetHeight);
 
 // Takes a picture's rows as the decoder makes them, top row first: each is asked for, written (width * 3
 // bytes of blue, green, red), then handed back. Whoever resizes the picture on the way needs only the few
@@ -71,12 +71,12 @@ class JpegRowSink {
 };
 
 // Decodes into BMP pixel data: rows of blue, green, red, each padded with zeros to a multiple of 4 bytes,
-// the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes for the size the reduction
-// gives. A file cut short is decoded as far as it goes (damaged). notHandled (also for a reduction other
-// than 1, 2, 4 or 8) leaves `pixels` as it was.
+// the bottom row first. `pixels` holds jpegBmpRowBytes(width) * height bytes for the size the eighths
+// give. A file cut short is decoded as far as it goes (damaged). notHandled (also for eighths other
+// than 1, 2, 3, 4 or 8) leaves `pixels` as it was.
 JpegResult decodeJpeg(std::span<const uint8_t> file, std::span<uint8_t> pixels, const JpegOptions& options = {});
 
-// Decodes as decodeJpeg does, every row of the size the reduction gives to `sink` in turn (also when the
+// Decodes as decodeJpeg does, every row of the size the eighths give to `sink` in turn (also when the
 // result is damaged; none when notHandled).
 JpegResult decodeJpegRows(std::span<const uint8_t> file, JpegRowSink& sink, const JpegOptions& options = {});
 

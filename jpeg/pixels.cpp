@@ -102,16 +102,11 @@ void idct4x4(const int16_t* block, uint8_t* out, size_t stride) {
 #if defined(__SSE2__)
 // The same transform four lanes at a time: the first pass takes the block's rows as they lie (a lane for
 // each column), the multiply-adds pair s0 with s2 and s1 with s3, and saturating packs do the clamping.
-void idct4x4Sse2(const int16_t* block, uint8_t* out, size_t stride) {
+// The constants are the pairs for even0, even1 (s0, s2), odd0 and odd1 (s1, s3): a 3-point transform fits
+// the same shape, its outputs being the 4-point ones 0, 1 and 3. Gives the 4 x 4 samples, row by row.
+__m128i fourLanes(const int16_t* block, __m128i sum, __m128i difference, __m128i odd0k, __m128i odd1k) {
     constexpr int shift1 = kConstBits - kPass1Bits;
     constexpr int shift2 = kConstBits + kPass1Bits + 3;
-    const auto pair = [](int32_t a, int32_t b) {
-        return _mm_set1_epi32(static_cast<int32_t>(static_cast<uint32_t>(b) << 16 | static_cast<uint16_t>(a)));
-    };
-    const __m128i sum = pair(1 << kConstBits, 1 << kConstBits);
-    const __m128i difference = pair(1 << kConstBits, -(1 << kConstBits));
-    const __m128i odd0k = pair(k1_306, k0_541);
-    const __m128i odd1k = pair(k0_541, -k1_306);
     const auto pass = [&](__m128i s02, __m128i s13, __m128i bias, auto shift, __m128i& a, __m128i& b) {
         const __m128i even0 = _mm_add_epi32(_mm_madd_epi16(s02, sum), bias);
         const __m128i even1 = _mm_add_epi32(_mm_madd_epi16(s02, difference), bias);
@@ -138,11 +133,74 @@ void idct4x4Sse2(const int16_t* block, uint8_t* out, size_t stride) {
     // Now columns 0, 1 (a) and 2, 3 (b) of the samples, a lane for each row: back to rows.
     t0 = _mm_unpacklo_epi16(a, b);
     t1 = _mm_unpackhi_epi16(a, b);
-    const __m128i rows = _mm_packus_epi16(_mm_unpacklo_epi16(t0, t1), _mm_unpackhi_epi16(t0, t1));
+    return _mm_packus_epi16(_mm_unpacklo_epi16(t0, t1), _mm_unpackhi_epi16(t0, t1));
+}
+
+__m128i lanePair(int32_t a, int32_t b) {
+    return _mm_set1_epi32(static_cast<int32_t>(static_cast<uint32_t>(b) << 16 | static_cast<uint16_t>(a)));
+}
+
+void idct4x4Sse2(const int16_t* block, uint8_t* out, size_t stride) {
+    const __m128i rows =
+        fourLanes(block, lanePair(1 << kConstBits, 1 << kConstBits), lanePair(1 << kConstBits, -(1 << kConstBits)),
+                  lanePair(k1_306, k0_541), lanePair(k0_541, -k1_306));
     alignas(16) uint8_t bytes[16];
     _mm_store_si128(reinterpret_cast<__m128i*>(bytes), rows);
     for (size_t y = 0; y < 4; ++y) {
         std::memcpy(out + y * stride, bytes + 4 * y, 4);
+    }
+}
+#endif
+
+// The 3-point transform of s0..s2: the 8-point basis taken at the centres of groups of 8/3 samples is the
+// 3-point one, sqrt(2) cos((2i + 1) u pi / 6), scaled as the 8-point pass is.
+constexpr int32_t k0_707 = fix(0.707106781);  // sqrt(2) cos(pi / 3)
+constexpr int32_t k1_225 = fix(1.224744871);  // sqrt(2) cos(pi / 6)
+
+void idct3x3(const int16_t* block, uint8_t* out, size_t stride) {
+    constexpr int shift1 = kConstBits - kPass1Bits;
+    constexpr int32_t bias1 = 1 << (shift1 - 1);
+    constexpr int shift2 = kConstBits + kPass1Bits + 3;
+    constexpr int32_t bias2 = (1 << (shift2 - 1)) + (128 << shift2);
+    const auto inverse3 = [](int32_t s0, int32_t s1, int32_t s2, int32_t bias, int shift, int32_t* o) {
+        const int32_t even = s0 * (1 << kConstBits) + bias;
+        const int32_t half = s2 * k0_707;
+        const int32_t odd = s1 * k1_225;
+        o[0] = (even + half + odd) >> shift;
+        o[1] = (even - 2 * half) >> shift;
+        o[2] = (even + half - odd) >> shift;
+    };
+    int32_t work[9];
+    for (size_t x = 0; x < 3; ++x) {
+        int32_t column[3];
+        inverse3(block[x], block[8 + x], block[16 + x], bias1, shift1, column);
+        for (size_t y = 0; y < 3; ++y) {
+            // Held to 16 bits as the other transforms hold their first pass.
+            work[3 * y + x] = std::clamp(column[y], -32768, 32767);
+        }
+    }
+    for (size_t y = 0; y < 3; ++y) {
+        int32_t row[3];
+        inverse3(work[3 * y], work[3 * y + 1], work[3 * y + 2], bias2, shift2, row);
+        uint8_t* const o = out + y * stride;
+        for (size_t x = 0; x < 3; ++x) {
+            o[x] = static_cast<uint8_t>(std::clamp(row[x], 0, 255));
+        }
+    }
+}
+
+#if defined(__SSE2__)
+void idct3x3Sse2(const int16_t* block, uint8_t* out, size_t stride) {
+    const __m128i rows = fourLanes(block, lanePair(1 << kConstBits, k0_707), lanePair(1 << kConstBits, -2 * k0_707),
+                                   lanePair(k1_225, 0), lanePair(0, 0));
+    alignas(16) uint8_t bytes[16];
+    _mm_store_si128(reinterpret_cast<__m128i*>(bytes), rows);
+    // Outputs 0, 1 and 3 of the 4-point shape, either way.
+    for (const size_t y : {size_t{0}, size_t{1}, size_t{3}}) {
+        uint8_t* const o = out + (y == 3 ? 2 : y) * stride;
+        o[0] = bytes[4 * y];
+        o[1] = bytes[4 * y + 1];
+        o[2] = bytes[4 * y + 3];
     }
 }
 #endif
@@ -384,6 +442,8 @@ void idctBlockPair(const int16_t* left,
 void idctReducedPlain(const int16_t* block, int size, uint8_t* out, size_t stride) {
     if (size == 4) {
         idct4x4(block, out, stride);
+    } else if (size == 3) {
+        idct3x3(block, out, stride);
     } else if (size == 2) {
         idct2x2(block, out, stride);
     } else {
@@ -402,6 +462,12 @@ void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, si
         idct4x4Sse2(block, out, stride);
 #else
         idct4x4(block, out, stride);
+#endif
+    } else if (size == 3) {
+#if defined(__SSE2__)
+        idct3x3Sse2(block, out, stride);
+#else
+        idct3x3(block, out, stride);
 #endif
     } else {
         idct2x2(block, out, stride);

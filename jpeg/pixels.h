@@ -14,8 +14,8 @@ void idctBlock(const int16_t* block, int last, uint8_t* out, size_t stride);
 void idctBlockPlain(const int16_t* block, uint8_t* out, size_t stride);
 // Two blocks side by side: the right one's samples go to out + 8.
 void idctBlockPair(const int16_t* left, int lastLeft, const int16_t* right, int lastRight, uint8_t* out, size_t stride);
-// Inverse DCT of one block into `size` rows of `size` samples (4, 2 or 1), for a picture decoded at 1/2, 1/4
-// or 1/8 of its size: the block's 8-point transform from its lowest size x size frequencies alone, taken at
+// Inverse DCT of one block into `size` rows of `size` samples (4, 3, 2 or 1), for a picture decoded at 4, 3,
+// 2 or 1 eighths of its size: the block's 8-point transform from its lowest size x size frequencies alone, taken at
 // the centre of each group of samples an output stands for. A flat block gives the 8 x 8 transform's value.
 void idctBlockReduced(const int16_t* block, int last, int size, uint8_t* out, size_t stride);
 void idctReducedPlain(const int16_t* block, int size, uint8_t* out, size_t stride);

@@ -28,7 +28,7 @@ int sideToResampleFrom(int targetSide);
 // Resizes a picture of 24-bit pixels (laid out as for shrinkPixels) to exactly targetWidth x targetHeight,
 // either way, with a Lanczos filter of three lobes widened by the shrink factor: sharp, and no moire from
 // fine patterns. Its cost grows with the factor, so it is meant for the last step from a picture already
-// brought near the size (a JPEG decoded at a half, a quarter or an eighth); false when it can't get the
+// brought near the size (a JPEG decoded at a half, three eighths, a quarter or an eighth); false when it can't get the
 // memory or a side is not positive.
 bool resamplePixels(const uint8_t* source,
                     int sourceWidth,

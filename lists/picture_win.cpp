@@ -109,7 +109,7 @@ JpegLoad loadJpeg(const std::wstring& path, const SizeNeeded& needed, bool exact
     }
     // One thread: under Wine a thread that has ended leaves about a megabyte behind (Wine keeps the last one's
     // stacks), which the tray program would then hold while idle after every large picture. A second thread
-    // only pays on a loaded machine's spare core anyway, and at a reduction little work is left for it.
+    // only pays on a loaded machine's spare core anyway, and at a reduced size little work is left for it.
     JpegOptions options;
     options.threads = 1;
     options.scratch = &pageMemory();
@@ -117,12 +117,12 @@ JpegLoad loadJpeg(const std::wstring& path, const SizeNeeded& needed, bool exact
     int height = header.height;
     if (needed) {
         std::tie(width, height) = needed(header.width, header.height);
-        options.reduction = exact ? jpegReductionToCover(header.width, header.height, sideToResampleFrom(width),
-                                                         sideToResampleFrom(height))
-                                  : jpegReductionToCover(header.width, header.height, width, height);
+        options.eighths = exact ? jpegEighthsToCover(header.width, header.height, sideToResampleFrom(width),
+                                                     sideToResampleFrom(height))
+                                : jpegEighthsToCover(header.width, header.height, width, height);
     }
-    const int decodedWidth = jpegScaledSide(header.width, options.reduction);
-    const int decodedHeight = jpegScaledSide(header.height, options.reduction);
+    const int decodedWidth = jpegScaledSide(header.width, options.eighths);
+    const int decodedHeight = jpegScaledSide(header.height, options.eighths);
     if (!exact) {
         width = decodedWidth;
         height = decodedHeight;

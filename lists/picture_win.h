@@ -62,7 +62,7 @@ struct LoadedPicture {
 using SizeNeeded = std::function<std::pair<int, int>(int naturalWidth, int naturalHeight)>;
 
 // Decodes the picture at the smallest size its format allows that still covers what `needed` asks for (a
-// JPEG at a half, a quarter or an eighth), else whole. nullopt as for loadPicture.
+// JPEG at a half, three eighths, a quarter or an eighth), else whole. nullopt as for loadPicture.
 std::optional<LoadedPicture> loadPictureFor(const std::string& path, const SizeNeeded& needed);
 
 // The same for a size known beforehand.

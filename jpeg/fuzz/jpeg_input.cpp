@@ -64,9 +64,11 @@ JpegFuzzChoice jpegFuzzChoice(uint8_t first) {
     choice.options.threads = (first & 1) != 0 ? 2 : 1;                    // bit 0
     choice.options.scratch = (first & 2) != 0 ? &pageMemory() : nullptr;  // bit 1
     choice.compareThreads = (first & 4) != 0;                             // bit 2
-    choice.options.reduction = 1 << ((first >> 3) & 3);                   // bits 3-4: 1, 2, 4 or 8
-    choice.compareRows = (first & 32) != 0;                               // bit 5
-    // Bits 6 and 7 are free for further options.
+    // Bits 3, 4 and 6: the size, in eighths (bits 3 and 4 alone as before three eighths were added).
+    constexpr int kEighths[] = {8, 4, 2, 1, 3, 3, 8, 4};
+    choice.options.eighths = kEighths[((first >> 3) & 3) | ((first >> 4) & 4)];
+    choice.compareRows = (first & 32) != 0;  // bit 5
+    // Bit 7 is free for further options.
     return choice;
 }
 
@@ -91,11 +93,11 @@ void jpegInput(std::span<const uint8_t> input) {
     check(pictureSizeAllowed(header.width, header.height), "a picture over the size limit was handled");
     const int64_t claimed = static_cast<int64_t>(header.width) * header.height;
     if (claimed > kFullSizePixels) {
-        choice.options.reduction = 8;
+        choice.options.eighths = 1;
     }
 
-    const int width = jpegScaledSide(header.width, choice.options.reduction);
-    const int height = jpegScaledSide(header.height, choice.options.reduction);
+    const int width = jpegScaledSide(header.width, choice.options.eighths);
+    const int height = jpegScaledSide(header.height, choice.options.eighths);
     const size_t stride = jpegBmpRowBytes(width);
     const size_t size = stride * static_cast<size_t>(height);
     check(decodeJpeg(file, std::span<uint8_t>(), choice.options) == JpegResult::notHandled,

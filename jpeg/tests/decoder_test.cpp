@@ -453,9 +453,10 @@ TEST_F(JpegDecoder, SurvivesDamagedFiles) {
         }
         JpegOptions options;
         options.threads = threads;
-        options.reduction = 1 << (turn % 4);
-        std::vector<uint8_t> pixels(jpegBmpRowBytes(jpegScaledSide(h.width, options.reduction)) *
-                                    static_cast<size_t>(jpegScaledSide(h.height, options.reduction)));
+        constexpr int kEighths[] = {8, 4, 3, 2, 1};
+        options.eighths = kEighths[turn % 5];
+        std::vector<uint8_t> pixels(jpegBmpRowBytes(jpegScaledSide(h.width, options.eighths)) *
+                                    static_cast<size_t>(jpegScaledSide(h.height, options.eighths)));
         EXPECT_NE(decodeJpeg(file, pixels, options), JpegResult::notHandled);
     };
     for (const auto& original : originals) {

@@ -115,18 +115,18 @@ double psnr(const RgbImage& a, const RgbImage& b) {
     return mse == 0 ? 99 : 10 * std::log10(255.0 * 255.0 / mse);
 }
 
-std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads, bool* complete, int reduction) {
+std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg, int threads, bool* complete, int eighths) {
     const JpegHeader header = readJpegHeader(jpeg);
     if (!header.handled) {
         return std::nullopt;
     }
-    const int width = jpegScaledSide(header.width, reduction);
-    const int height = jpegScaledSide(header.height, reduction);
+    const int width = jpegScaledSide(header.width, eighths);
+    const int height = jpegScaledSide(header.height, eighths);
     const size_t stride = jpegBmpRowBytes(width);
     std::vector<uint8_t> pixels(stride * static_cast<size_t>(height));
     JpegOptions options;
     options.threads = threads;
-    options.reduction = reduction;
+    options.eighths = eighths;
     const JpegResult result = decodeJpeg(jpeg, pixels, options);
     if (complete) {
         *complete = result == JpegResult::decoded;

@@ -33,13 +33,13 @@ std::vector<uint8_t> encodeJpeg(const TempDir& dir, const RgbImage& picture, con
 // The file decoded by djpeg with its default (accurate) settings.
 std::optional<RgbImage> referenceDecode(const TempDir& dir, const std::vector<uint8_t>& jpeg);
 
-// The file decoded by our decoder (at 1/reduction of its size), turned from BMP rows into an RgbImage;
+// The file decoded by our decoder (at that many eighths of its size), turned from BMP rows into an RgbImage;
 // nullopt when not handled. `complete`, if given, says whether the picture was whole (not
 // JpegResult::damaged).
 std::optional<RgbImage> decodeWithOurs(const std::vector<uint8_t>& jpeg,
                                        int threads,
                                        bool* complete = nullptr,
-                                       int reduction = 1);
+                                       int eighths = 8);
 // The same, whole, taken a row at a time from decodeJpegRows.
 std::optional<RgbImage> decodeRowsWithOurs(const std::vector<uint8_t>& jpeg);
 

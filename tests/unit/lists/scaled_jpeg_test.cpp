@@ -23,11 +23,11 @@ class ScaledJpeg : public testing::Test {
     // Our way down to width x height; two threads decode the same bytes as one.
     RgbImage ours(const std::vector<uint8_t>& jpeg, int width, int height) {
         const JpegHeader header = readJpegHeader(jpeg);
-        const int reduction =
-            jpegReductionToCover(header.width, header.height, sideToResampleFrom(width), sideToResampleFrom(height));
-        const auto decoded = decodeWithOurs(jpeg, 1, nullptr, reduction);
-        const auto threaded = decodeWithOurs(jpeg, 2, nullptr, reduction);
-        EXPECT_TRUE(decoded && threaded && decoded->rgb == threaded->rgb) << "reduction " << reduction;
+        const int eighths =
+            jpegEighthsToCover(header.width, header.height, sideToResampleFrom(width), sideToResampleFrom(height));
+        const auto decoded = decodeWithOurs(jpeg, 1, nullptr, eighths);
+        const auto threaded = decodeWithOurs(jpeg, 2, nullptr, eighths);
+        EXPECT_TRUE(decoded && threaded && decoded->rgb == threaded->rgb) << eighths << " eighths";
         if (!decoded) {
             return {};
         }
@@ -46,11 +46,15 @@ TEST_F(ScaledJpeg, IsCloseToTheWholePictureResizedByAGoodFilter) {
         const char* what;
         int width, height;
         const char* switches;
-        // Picked to decode at an eighth, a quarter, a half and whole, with the least room to spare.
+        // Picked to decode at an eighth, a quarter, three eighths, a half and whole, with the least room to
+        // spare.
         int targetWidth, targetHeight;
     } cases[] = {
         {"4:2:0 at an eighth", 1003, 757, "-sample 2x2", 100, 76},
         {"4:4:4 at a quarter", 517, 389, "-sample 1x1", 104, 78},
+        {"4:4:4 at three eighths", 517, 389, "-sample 1x1", 150, 112},
+        {"4:2:0 at three eighths, chroma upsampled", 1003, 757, "-sample 2x2", 300, 226},
+        {"progressive 4:2:2 at three eighths", 517, 389, "-sample 2x1 -progressive", 150, 112},
         {"4:2:2 at a half", 401, 299, "-sample 2x1", 160, 120},
         {"4:4:0 at a quarter", 333, 251, "-sample 1x2", 67, 50},
         {"4:1:1 at a half", 321, 203, "-sample 4x1", 128, 81},
