@@ -122,12 +122,14 @@ TEST_F(ScaledJpeg, ShowsNoMoireOnFineLines) {
         const std::vector<uint8_t> jpeg = encodeJpeg(dir, lines, "-sample 1x1 -quality 100");
         const auto whole = referenceDecode(dir, jpeg);
         ASSERT_TRUE(whole);
-        for (const auto& [width, height] : {std::pair{237, 177}, std::pair{411, 308}, std::pair{480, 360}}) {
+        for (const auto& [width, height] :
+             {std::pair{180, 135}, std::pair{237, 177}, std::pair{411, 308}, std::pair{480, 360}}) {
             SCOPED_TRACE(std::to_string(width) + "x" + std::to_string(height) + (across ? " across" : " down"));
             const auto reference = referenceResize(dir, *whole, width, height, "Lanczos");
             ASSERT_TRUE(reference);
-            // Decoded at a half, the blocks' own low-pass leaves a faint ripple of their period.
-            EXPECT_LE(innerSwing(ours(jpeg, width, height)), std::max(innerSwing(*reference) + 8, 40));
+            // Decoded at a half or three eighths, the blocks' own low-pass leaves a faint ripple of their period
+            // (45 levels at three eighths, where a box filter, what halftone stretching does, leaves 85).
+            EXPECT_LE(innerSwing(ours(jpeg, width, height)), std::max(innerSwing(*reference) + 8, 48));
         }
     }
 }

@@ -104,8 +104,9 @@ TEST(PictureJpeg, ComesFittedToExactlyTheSizeAskedFor) {
         ASSERT_TRUE(whole);
         const Picture expected = resampledPicture(*whole, c.width, c.height);
         ASSERT_TRUE(expected);
-        // The sharp edges of small squares come out a little differently through the two filters, so the
-        // check is loose; one that fits as well upside down would say nothing, so that is held apart.
+        // Squares shrunk to a few pixels are all edges, which a decode at a reduced size softens a little more
+        // than the whole picture's resampling (photos stay within 35 dB, as the native tests hold), so the
+        // check is loose; as a picture upside down would pass it too, that is held apart.
         double difference = 0;
         double upsideDown = 0;
         for (int y = 0; y < c.height; ++y) {
@@ -121,7 +122,7 @@ TEST(PictureJpeg, ComesFittedToExactlyTheSizeAskedFor) {
             }
         }
         const double pixels = 3.0 * c.width * c.height;
-        EXPECT_LT(difference / pixels, 10.0) << "mean difference per channel";
+        EXPECT_LT(difference / pixels, 16.0) << "mean difference per channel";
         if (c.height > 100) {
             EXPECT_LT(difference, upsideDown / 3) << "closer to the picture upside down";
         }
