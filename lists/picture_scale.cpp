@@ -267,8 +267,26 @@ void verticalPass(scale::Kernels kernels,
     }
 }
 
-// The second pass along one row of the first's results (blue, green, red interleaved), into target pixels.
-void horizontalPass(scale::Kernels kernels, const int16_t* middle, const Filter& f, int targetWidth, uint8_t* out) {
+// The second pass's weights (padded to an even count) in pairs, each pair's two 16-bit weights side by side
+// and four times over, for the SSE2 kernel to multiply by as they are.
+std::vector<int32_t> makeSse2Pairs(const Filter& f) {
+    std::vector<int32_t> pairs(f.weights.size() * 2);
+    for (size_t i = 0; i + 1 < f.weights.size(); i += 2) {
+        const uint32_t pair =
+            uint32_t{static_cast<uint16_t>(f.weights[i + 1])} << 16 | static_cast<uint16_t>(f.weights[i]);
+        std::fill_n(&pairs[i * 2], 4, static_cast<int32_t>(pair));
+    }
+    return pairs;
+}
+
+// The second pass along one row of the first's results (blue, green, red interleaved), into target pixels;
+// `pairs` is makeSse2Pairs' for the SSE2 kernel.
+void horizontalPass(scale::Kernels kernels,
+                    const int16_t* middle,
+                    const Filter& f,
+                    const int32_t* pairs,
+                    int targetWidth,
+                    uint8_t* out) {
     constexpr int shift = kWeightBits + kMiddleBits;
     const auto taps = static_cast<size_t>(f.taps);
     for (size_t x = 0; x < static_cast<size_t>(targetWidth); ++x) {
@@ -280,12 +298,12 @@ void horizontalPass(scale::Kernels kernels, const int16_t* middle, const Filter&
             // gives the three channels' sums of both (and a fourth lane that is dropped). The weights are padded
             // to an even count with zeros.
             __m128i sum = _mm_set1_epi32(1 << (shift - 1));
-            for (size_t k = 0; k < taps; k += 2, s += 6) {
+            const int32_t* pair = pairs + x * taps * 2;
+            for (size_t k = 0; k < taps; k += 2, s += 6, pair += 4) {
                 const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
                 const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 3));
-                const __m128i pair = _mm_set1_epi32(
-                    static_cast<int32_t>(static_cast<uint32_t>(w[k + 1]) << 16 | static_cast<uint16_t>(w[k])));
-                sum = _mm_add_epi32(sum, _mm_madd_epi16(_mm_unpacklo_epi16(a, b), pair));
+                sum = _mm_add_epi32(sum, _mm_madd_epi16(_mm_unpacklo_epi16(a, b),
+                                                        _mm_loadu_si128(reinterpret_cast<const __m128i*>(pair))));
             }
             const __m128i words = _mm_packs_epi32(_mm_srai_epi32(sum, shift), sum);
             const auto bytes = static_cast<uint32_t>(_mm_cvtsi128_si32(_mm_packus_epi16(words, words)));
@@ -296,6 +314,7 @@ void horizontalPass(scale::Kernels kernels, const int16_t* middle, const Filter&
         }
 #else
         static_cast<void>(kernels);
+        static_cast<void>(pairs);
 #endif
         int32_t b = 1 << (shift - 1);
         int32_t g = b;
@@ -331,6 +350,8 @@ class RowMaker {
           middle_(values_ + kMiddlePadding) {
         if (planar()) {
             groups_ = makeGroupFilter(across_, targetWidth);
+        } else if (kernels_ == scale::Kernels::Sse2) {
+            sse2Pairs_ = makeSse2Pairs(across_);
         }
     }
 
@@ -350,7 +371,7 @@ class RowMaker {
             scale::horizontalPassAvx2(middle_.data(), sourceWidth_, groups, targetWidth_, out);
         } else {
             verticalPass(kernels_, rows, weights, down_.taps, values_, middle_.data());
-            horizontalPass(kernels_, middle_.data(), across_, targetWidth_, out);
+            horizontalPass(kernels_, middle_.data(), across_, sse2Pairs_.data(), targetWidth_, out);
         }
         std::fill(out + static_cast<size_t>(targetWidth_) * 3, out + targetStride, uint8_t{0});
     }
@@ -360,6 +381,7 @@ class RowMaker {
     Filter across_;
     Filter down_;
     GroupFilter groups_;
+    std::vector<int32_t> sse2Pairs_;
     size_t sourceWidth_;
     size_t values_;
     int targetWidth_;
