@@ -225,20 +225,19 @@ void verticalPass(scale::Kernels kernels,
     for (; kernels != scale::Kernels::Plain && i + 16 <= count; i += 16) {
         __m128i sums[4] = {rounding, rounding, rounding, rounding};
         int k = 0;
-        // Two rows at a time: their samples interleaved, one multiply-add gives both products' sum.
+        // Two rows at a time: their samples interleaved, then widened to 16 bits, so one multiply-add gives
+        // both products' sum.
         for (; k + 1 < taps; k += 2) {
             const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[k] + i));
             const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[k + 1] + i));
             const __m128i w = _mm_set1_epi32(
                 static_cast<int32_t>(static_cast<uint32_t>(weights[k + 1]) << 16 | static_cast<uint16_t>(weights[k])));
-            const __m128i lo = _mm_unpacklo_epi8(a, zero);
-            const __m128i hi = _mm_unpackhi_epi8(a, zero);
-            const __m128i lo2 = _mm_unpacklo_epi8(b, zero);
-            const __m128i hi2 = _mm_unpackhi_epi8(b, zero);
-            sums[0] = _mm_add_epi32(sums[0], _mm_madd_epi16(_mm_unpacklo_epi16(lo, lo2), w));
-            sums[1] = _mm_add_epi32(sums[1], _mm_madd_epi16(_mm_unpackhi_epi16(lo, lo2), w));
-            sums[2] = _mm_add_epi32(sums[2], _mm_madd_epi16(_mm_unpacklo_epi16(hi, hi2), w));
-            sums[3] = _mm_add_epi32(sums[3], _mm_madd_epi16(_mm_unpackhi_epi16(hi, hi2), w));
+            const __m128i lo = _mm_unpacklo_epi8(a, b);
+            const __m128i hi = _mm_unpackhi_epi8(a, b);
+            sums[0] = _mm_add_epi32(sums[0], _mm_madd_epi16(_mm_unpacklo_epi8(lo, zero), w));
+            sums[1] = _mm_add_epi32(sums[1], _mm_madd_epi16(_mm_unpackhi_epi8(lo, zero), w));
+            sums[2] = _mm_add_epi32(sums[2], _mm_madd_epi16(_mm_unpacklo_epi8(hi, zero), w));
+            sums[3] = _mm_add_epi32(sums[3], _mm_madd_epi16(_mm_unpackhi_epi8(hi, zero), w));
         }
         if (k < taps) {
             const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(rows[k] + i));
