@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory_resource>
 #include <new>
 #include <numbers>
 #include <vector>
@@ -12,6 +13,9 @@
 #include <emmintrin.h>
 #endif
 
+// The resampler's buffers and tables (a few hundred KB for a screen) come from the default memory resource,
+// which the program points at the page allocator: a program idling in the tray after a change then doesn't
+// keep them in its heap.
 namespace tl {
 
 void shrinkPixels(const uint8_t* source,
@@ -29,11 +33,11 @@ void shrinkPixels(const uint8_t* source,
     const auto sw = static_cast<size_t>(sourceWidth);
     const auto tw = static_cast<size_t>(targetWidth);
     // Source column x belongs to target column x * tw / sw: target column t starts at ceil(t * sw / tw).
-    std::vector<size_t> columnStart(tw + 1);
+    std::pmr::vector<size_t> columnStart(tw + 1);
     for (size_t t = 0; t <= tw; ++t) {
         columnStart[t] = (t * sw + tw - 1) / tw;
     }
-    std::vector<uint64_t> sums(tw * 3);
+    std::pmr::vector<uint64_t> sums(tw * 3);
     int sourceRow = 0;
     for (int y = 0; y < targetHeight; ++y) {
         const int rowEnd = static_cast<int>(static_cast<int64_t>(y + 1) * sourceHeight / targetHeight);
@@ -77,8 +81,8 @@ constexpr int kMiddleBits = 6;
 // (zero past the ones it uses), summing to exactly 1 << kWeightBits.
 struct Filter {
     int taps = 0;
-    std::vector<int> first;
-    std::vector<int16_t> weights;
+    std::pmr::vector<int> first;
+    std::pmr::vector<int16_t> weights;
 };
 
 Filter makeFilter(int sourceSide, int targetSide, bool evenTaps) {
@@ -147,9 +151,9 @@ Filter makeFilter(int sourceSide, int targetSide, bool evenTaps) {
 // The second pass's filter for the AVX2 kernel: eight target pixels at a time, each group reading the source
 // values its pixels' taps span, in pairs, with every pixel's two weights for each pair side by side.
 struct GroupFilter {
-    std::vector<int> start;
-    std::vector<int> offset;
-    std::vector<int32_t> weights;
+    std::pmr::vector<int> start;
+    std::pmr::vector<int> offset;
+    std::pmr::vector<int32_t> weights;
 };
 
 GroupFilter makeGroupFilter(const Filter& f, int targetWidth) {
@@ -268,8 +272,8 @@ void verticalPass(scale::Kernels kernels,
 
 // The second pass's weights (padded to an even count) in pairs, each pair's two 16-bit weights side by side
 // and four times over, for the SSE2 kernel to multiply by as they are.
-std::vector<int32_t> makeSse2Pairs(const Filter& f) {
-    std::vector<int32_t> pairs(f.weights.size() * 2);
+std::pmr::vector<int32_t> makeSse2Pairs(const Filter& f) {
+    std::pmr::vector<int32_t> pairs(f.weights.size() * 2);
     for (size_t i = 0; i + 1 < f.weights.size(); i += 2) {
         const uint32_t pair =
             uint32_t{static_cast<uint16_t>(f.weights[i + 1])} << 16 | static_cast<uint16_t>(f.weights[i]);
@@ -380,11 +384,11 @@ class RowMaker {
     Filter across_;
     Filter down_;
     GroupFilter groups_;
-    std::vector<int32_t> sse2Pairs_;
+    std::pmr::vector<int32_t> sse2Pairs_;
     size_t sourceWidth_;
     size_t values_;
     int targetWidth_;
-    std::vector<int16_t> middle_;
+    std::pmr::vector<int16_t> middle_;
 };
 
 }  // namespace
@@ -482,8 +486,8 @@ class RowFeed {
     bool bottomUp_;
     size_t slotBytes_;
     size_t ringRows_;
-    std::vector<uint8_t> slots_;
-    std::vector<uint8_t> staging_;
+    std::pmr::vector<uint8_t> slots_;
+    std::pmr::vector<uint8_t> staging_;
     std::vector<const uint8_t*> rowAt_;
     std::vector<const uint8_t*> rows_;
     int rowsIn_ = 0;
