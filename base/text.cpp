@@ -93,7 +93,21 @@ bool containsNoCase(std::string_view haystack, std::string_view needle) {
 }
 
 bool equalsNoCase(std::string_view a, std::string_view b) {
-    return a.size() == b.size() && lowerCase(a) == lowerCase(b);
+    if (a.size() != b.size()) {
+        return false;
+    }
+    // Keys, switches and most paths are ASCII: those compare without building lower-case copies.
+    for (size_t i = 0; i < a.size(); ++i) {
+        const auto x = static_cast<unsigned char>(a[i]);
+        const auto y = static_cast<unsigned char>(b[i]);
+        if (((x | y) & 0x80) != 0) {
+            return lowerCase(a) == lowerCase(b);
+        }
+        if ((x >= 'A' && x <= 'Z' ? x + 32 : x) != (y >= 'A' && y <= 'Z' ? y + 32 : y)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::string_view cutAtNul(std::string_view text) {

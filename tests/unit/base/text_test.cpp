@@ -21,6 +21,11 @@ TEST(Text, LowerCaseCoversTheLettersOfEuropeanScriptsInUtf8) {
         EXPECT_EQ(lowerCase(text), lower) << text;
     }
     EXPECT_TRUE(equalsNoCase("D:\\Москва\\Été.JPG", "d:\\МОСКВА\\éTÉ.jpg"));
+    EXPECT_TRUE(equalsNoCase("WallpaperStyle", "wALLPAPERsTYLE"));
+    EXPECT_FALSE(equalsNoCase("@[", "`{"));  // the neighbours of the letters are no letters
+    EXPECT_FALSE(equalsNoCase("Delay", "Delax"));
+    EXPECT_TRUE(equalsNoCase("Z\xC9", "z\xC9"));
+    EXPECT_FALSE(equalsNoCase("Z\xC9", "z\xCA"));
     EXPECT_FALSE(containsNoCase("C:\\Users\\ΑΝΝΑ\\Pictures", "άννα"));
     EXPECT_TRUE(containsNoCase("C:\\Users\\ΆΝΝΑ\\Pictures", "άννα"));
 }
