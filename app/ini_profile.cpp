@@ -101,7 +101,7 @@ bool IniProfile::store() {
 
 std::string IniProfile::readString(std::string_view section, std::string_view key, std::string_view defaultValue,
                                    size_t bufferSize) {
-    if (!inUpdate_) {
+    if (!inUpdate_ && !inRead_) {
         load();
     }
     std::string value(trimSpace(defaultValue));
@@ -179,6 +179,17 @@ bool IniProfile::commitUpdate() {
 void IniProfile::abandonUpdate() {
     inUpdate_ = false;
     load();
+}
+
+void IniProfile::beginRead() {
+    if (!inUpdate_) {
+        load();
+    }
+    inRead_ = true;
+}
+
+void IniProfile::endRead() {
+    inRead_ = false;
 }
 
 }  // namespace tl

@@ -26,6 +26,8 @@ public:
     bool beginUpdate() override;
     bool commitUpdate() override;
     void abandonUpdate() override;
+    void beginRead() override;
+    void endRead() override;
 
     // The file's text as it would be written now.
     std::string text() const;
@@ -39,6 +41,7 @@ private:
     std::string path_;
     std::vector<std::string> lines_;
     bool inUpdate_ = false;
+    bool inRead_ = false;
 };
 
 }  // namespace tl

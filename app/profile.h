@@ -25,6 +25,11 @@ public:
     virtual bool beginUpdate() { return true; }
     virtual bool commitUpdate() { return true; }
     virtual void abandonUpdate() {}
+
+    // Between beginRead and endRead the reads answer from one reading of the file, so that a batch of
+    // them sees one version of it even while another program rewrites it.
+    virtual void beginRead() {}
+    virtual void endRead() {}
 };
 
 }  // namespace tl

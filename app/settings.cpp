@@ -172,7 +172,14 @@ void loadSettings(AppState& app, ProfileFile& profile, FileSystem& fs, Ui& ui, c
         saveSettings(app, profile, ui, decimalSeparator);
         return;
     }
-    // Convert everything before touching the record, so a bad value leaves nothing half-read.
+    // Convert everything before touching the record, so a bad value leaves nothing half-read. One reading
+    // of the file serves every key: another copy of the program saving meanwhile can't leave us with
+    // some settings from its file and some from the one before.
+    struct OneReading {
+        ProfileFile& profile;
+        explicit OneReading(ProfileFile& p) : profile(p) { profile.beginRead(); }
+        ~OneReading() { profile.endRead(); }
+    } oneReading(profile);
     Settings loaded = app.settings;
     for (const SettingKey& key : kSettingKeys) {
         const std::string text = readSetting(profile, key.name);

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <functional>
+#include <optional>
 #include <sstream>
+#include <utility>
 
 #include "app/app_state.h"
 #include "app/ini_profile.h"
@@ -156,6 +159,42 @@ TEST_F(SettingsFile, UnknownKeysAndOtherSectionsSurviveASave) {
     EXPECT_NE(text.find("[Other]\r\nA=1\r\n"), std::string::npos);
     EXPECT_NE(text.find("Extra=keep"), std::string::npos);
     EXPECT_NE(text.find("Delay=5"), std::string::npos);
+}
+
+// Another copy of the program saves its settings while this one is reading them.
+class SavedMeanwhile : public PosixFileSystem {
+  public:
+    std::function<void()> save;
+    std::optional<std::string> readFile(const std::string& path, size_t maxBytes) override {
+        auto data = PosixFileSystem::readFile(path, maxBytes);
+        if (save) {
+            std::exchange(save, nullptr)();
+        }
+        return data;
+    }
+};
+
+TEST_F(SettingsFile, ALoadTakesEveryKeyFromOneVersionOfTheFile) {
+    applyDefaultSettings(app);
+    app.settings.Delay = 111;
+    app.settings.LastList = "C:\\ours.wall";
+    saveSettings(app, profile, ui, '.');
+    const std::string ours = dir.read("setup.pref");
+    app.settings.Delay = 222;
+    app.settings.LastList = "C:\\theirs.wall";
+    saveSettings(app, profile, ui, '.');
+    const std::string theirs = dir.read("setup.pref");
+    dir.write("setup.pref", ours);
+
+    SavedMeanwhile meanwhile;
+    meanwhile.save = [&] { dir.write("setup.pref", theirs); };
+    IniProfile reading(meanwhile, ansi, dir.file("setup.pref"));
+    AppState again;
+    again.programDir = dir.path();
+    loadSettings(again, reading, meanwhile, ui, '.');
+    EXPECT_EQ(again.settings.Delay, 111);
+    EXPECT_EQ(again.settings.LastList, "C:\\ours.wall");
+    EXPECT_EQ(dir.read("setup.pref"), theirs);
 }
 
 }  // namespace
