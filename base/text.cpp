@@ -49,13 +49,21 @@ char32_t lowerCaseLetter(char32_t c) {
     }
 }
 
+namespace {
+
+unsigned lowerAscii(unsigned char b) {
+    return b >= 'A' && b <= 'Z' ? b + 32u : b;
+}
+
+}  // namespace
+
 std::string lowerCase(std::string_view text) {
     std::string out;
     out.reserve(text.size());
     for (size_t at = 0; at < text.size();) {
         const auto b = static_cast<unsigned char>(text[at]);
         if (b < 0x80) {
-            out += static_cast<char>(b >= 'A' && b <= 'Z' ? b + 32 : b);
+            out += static_cast<char>(lowerAscii(b));
             ++at;
             continue;
         }
@@ -103,7 +111,7 @@ bool equalsNoCase(std::string_view a, std::string_view b) {
         if (((x | y) & 0x80) != 0) {
             return lowerCase(a) == lowerCase(b);
         }
-        if ((x >= 'A' && x <= 'Z' ? x + 32 : x) != (y >= 'A' && y <= 'Z' ? y + 32 : y)) {
+        if (lowerAscii(x) != lowerAscii(y)) {
             return false;
         }
     }
