@@ -17,12 +17,26 @@ namespace {
 
 // An item's text from a list or combo box, asked in UTF-16: Wine carries these messages between
 // processes in that form only.
+// The box may change between the two messages (a folder's files listed while the test reads the list),
+// so there is room to spare, and the text is asked for again when it came out longer than the room.
 std::string itemText(HWND box, UINT lengthMessage, UINT textMessage, int index) {
-    const LRESULT length = ::SendMessageW(box, lengthMessage, static_cast<WPARAM>(index), 0);
-    std::wstring wide(static_cast<size_t>(length < 0 ? 0 : length) + 1, L'\0');
-    ::SendMessageW(box, textMessage, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(wide.data()));
-    wide.resize(wide.find(L'\0'));
-    return narrow(wide);
+    for (int attempt = 0; attempt < 5; ++attempt) {
+        const LRESULT length = ::SendMessageW(box, lengthMessage, static_cast<WPARAM>(index), 0);
+        if (length < 0) {
+            return {};
+        }
+        std::wstring wide(static_cast<size_t>(length) + MAX_PATH, L'\0');
+        const LRESULT copied =
+            ::SendMessageW(box, textMessage, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(wide.data()));
+        if (copied < 0) {
+            return {};
+        }
+        if (static_cast<size_t>(copied) < wide.size()) {
+            wide.resize(std::min(static_cast<size_t>(copied), wide.find(L'\0')));
+            return narrow(wide);
+        }
+    }
+    return {};
 }
 
 // Calls visit on each descendant until it returns true; that one, or null.
